@@ -1,0 +1,15 @@
+/* The whole interface. */
+#ifndef TVXCOMN_TVXCOMN_H
+#define TVXCOMN_TVXCOMN_H
+
+#include "tvxcomn/attributes.h"
+#include "tvxcomn/context.h"
+#include "tvxcomn/datatypes.h"
+#include "tvxcomn/diagnosis.h"
+#include "tvxcomn/dispatch.h"
+#include "tvxcomn/null.h"
+#include "tvxcomn/numbertext.h"
+#include "tvxcomn/scalar.h"
+#include "tvxcomn/support.h"
+
+#endif
