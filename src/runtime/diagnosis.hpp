@@ -17,12 +17,14 @@ namespace tvx::runtime {
 // A broken rule of usage or an internal contradiction is fatal.
 inline void require(bool holds, const char* file = __builtin_FILE(),
                     int32_t line = __builtin_LINE()) {
-  if (!holds) [[unlikely]] bomb(file, line);
+  if (!holds) [[unlikely]]
+    bomb(file, line);
 }
 
 inline void require_pointer(const void* pointer, const char* file = __builtin_FILE(),
                             int32_t line = __builtin_LINE()) {
-  if (pointer == nullptr) [[unlikely]] null_pointer(file, line);
+  if (pointer == nullptr) [[unlikely]]
+    null_pointer(file, line);
 }
 
 inline constexpr int32_t kTraceNothing = 1;
