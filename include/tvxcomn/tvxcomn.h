@@ -9,6 +9,7 @@
 #include "tvxcomn/dispatch.h"
 #include "tvxcomn/null.h"
 #include "tvxcomn/numbertext.h"
+#include "tvxcomn/numeric.h"
 #include "tvxcomn/scalar.h"
 #include "tvxcomn/support.h"
 

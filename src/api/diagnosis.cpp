@@ -31,7 +31,6 @@ void require_room(size_t length, int32_t size) {
 extern "C" {
 
 int32_t com_errtrace(int32_t code, const char* file, int32_t line) {
-  rt::require_pointer(file);
   return rt::traced(code, file, line);
 }
 

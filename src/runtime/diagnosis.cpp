@@ -93,6 +93,7 @@ void print_trace(int32_t code, const char* file, int32_t line) {
       std::find(kExpectedCodes.begin(), kExpectedCodes.end(), code) != kExpectedCodes.end();
   if (trace_level.load(std::memory_order_relaxed) == kTraceFailures && expected) return;
 
+  require_pointer(file);
   const char* slash = std::strrchr(file, '/');
   const char* short_file = slash == nullptr ? file : slash + 1;
   const auto* named = std::find_if(kCodeNames.begin(), kCodeNames.end(),

@@ -1,0 +1,112 @@
+// Floats as text, in the two respects in which a conversion differs from the plain number: reading
+// trims the text and maps errors to results, writing drops a leading zero and marks whole numbers.
+#include <cmath>
+#include <limits>
+
+#include "charset/ascii_mapping.hpp"
+#include "charset/attributes.hpp"
+#include "convert/number_text.hpp"
+#include "numeric/float_read.hpp"
+#include "numeric/float_write.hpp"
+
+namespace tvx::convert {
+namespace {
+
+constexpr int32_t kTextCapacity = 1024;  // longer texts are refused
+
+// Removes what the built-in record calls a space from the end.
+const char* trimmed_end(const char* begin, const char* end) {
+  const auto is_space = [](const char* character) {
+    const auto* byte = reinterpret_cast<const uint8_t*>(character);
+    return charset::is_space(charset::builtin_record(), byte, byte + 1);
+  };
+  while (end != begin && is_space(end - 1)) --end;
+  return end;
+}
+
+struct FloatReading {
+  numeric::FloatParse parse;
+  bool whole;  // the text is one number and nothing else
+};
+
+FloatReading parse_trimmed(const char* text, int32_t length) {
+  const char* end = trimmed_end(text, text + length);
+  const auto parse = numeric::parse_float(text, end);
+  return {parse, parse.end == end};
+}
+
+FloatReading parse_text(Text text, const com_charattr* attributes) {
+  if (!charset::is_multibyte(attributes)) [[likely]]
+    return parse_trimmed(text.data, text.length);
+  char mapped[kTextCapacity];
+  const int32_t length =
+      charset::map_to_ascii(text.data, text.length, mapped, kTextCapacity, attributes);
+  return parse_trimmed(mapped, length);
+}
+
+template <class Type>
+Reading<Type> read_float(Text text, const com_charattr* attributes) {
+  using Float = Value<Type>;
+  constexpr Float largest = std::numeric_limits<Float>::max();
+  if (text.length < 0 || text.length >= kTextCapacity) return {Float{}, CS_CONV_SYNTAX, false};
+
+  const auto [parse, whole] = parse_text(text, attributes);
+  switch (parse.range) {  // goes before a syntax error further on
+    case numeric::FloatRange::kUnderflow:
+      return {static_cast<Float>(parse.value), CS_CONV_UNDERFLOW, true};
+    case numeric::FloatRange::kOverflow:
+      return {std::signbit(parse.value) ? -largest : largest, CS_CONV_OVERFLOW, true};
+    case numeric::FloatRange::kWithin:
+      break;
+  }
+  if (!whole) {
+    constexpr bool stores_prefix = std::is_same_v<Type, type::flt8>;
+    return {stores_prefix ? static_cast<Float>(parse.value) : Float{}, CS_CONV_SYNTAX,
+            stores_prefix};
+  }
+  if constexpr (std::is_same_v<Type, type::flt4>) {
+    if (parse.value > static_cast<double>(largest)) return {largest, CS_CONV_OVERFLOW, true};
+    if (parse.value < -static_cast<double>(largest)) return {-largest, CS_CONV_OVERFLOW, true};
+  }
+  return {static_cast<Float>(parse.value), CS_SUCCEED, true};
+}
+
+}  // namespace
+
+Reading<type::flt4> read_flt4(Text text, const com_charattr* attributes) {
+  return read_float<type::flt4>(text, attributes);
+}
+
+Reading<type::flt8> read_flt8(Text text, const com_charattr* attributes) {
+  return read_float<type::flt8>(text, attributes);
+}
+
+FloatText::FloatText(double value) : begin_(buffer_) {
+  constexpr size_t marker = 2;  // ".0"
+  static_assert(numeric::kGeneral17Bytes + marker <= kCapacity);
+  char* end = numeric::write_general17(value == 0 ? 0.0 : value, buffer_);  // no -0.0
+  const bool has_mark = std::any_of(
+      buffer_, end, [](char character) { return character == '.' || character == 'e'; });
+  if (!has_mark) {
+    *end++ = '.';
+    *end++ = '0';
+  } else if (buffer_[0] == '0' && buffer_[1] == '.') {
+    ++begin_;
+  }
+  end_ = end;
+}
+
+int32_t deliver_overflow_marker(const Call& call, int32_t length) {
+  const comn_datafmt& format = *call.destination_format;
+  *call.output_length = std::min(length, format.maxlength);
+  if (format.maxlength >= 2) {
+    auto* out = static_cast<uint8_t*>(call.destination);
+    out[0] = '*';
+    out[1] = '\0';
+    *call.output_length = 1;
+    complete_text(format, 1, out, *call.output_length);
+  }
+  return CS_CONV_OVERFLOW;
+}
+
+}  // namespace tvx::convert
