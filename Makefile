@@ -1,0 +1,67 @@
+# The everyday commands. CMake does the building, see CMakePresets.json; this file only knows the order.
+#
+#   make run      install what is missing, build, and do the main job on the shipped sample
+#   make check    install what is missing, build, and run every test
+#   make asan     the same tests with AddressSanitizer and UndefinedBehaviorSanitizer (also: debug, tsan, clang)
+#   make bench    ours and its peers side by side
+#   make lint     formatting and static analysis
+#   make install  PREFIX=/usr/local DESTDIR=
+
+PREFIX ?= /usr/local
+JOBS ?= $(shell nproc)
+
+PACKAGES = g++ cmake ninja-build libcli11-dev libgtest-dev pkg-config
+BENCH_PACKAGES = libbenchmark-dev libfast-float-dev
+LINT_PACKAGES = clang-format clang-tidy
+
+SAMPLE = examples/shipments.csv
+SAMPLE_TYPES = $(shell cat examples/shipments.types)
+
+.PHONY: all run check debug asan tsan clang bench lint format install clean packages
+
+all: packages
+	cmake --preset release
+	cmake --build --preset release -j $(JOBS)
+
+packages:
+	@scripts/install-packages $(PACKAGES)
+
+# Exit status 1 says that the sample's dirty rows were rejected, which is what they are there for.
+run: packages
+	cmake --preset release
+	cmake --build --preset release -j $(JOBS) --target tvxcomn
+	@mkdir -p build/run
+	build/release/bin/tvxcomn csv --types $(SAMPLE_TYPES) --output build/run/shipments.typed.csv \
+	  --rejects build/run/shipments.rejects.csv $(SAMPLE) || [ $$? -eq 1 ]
+
+check: all
+	ctest --preset release
+
+debug asan tsan clang: packages
+	@[ $@ != clang ] || scripts/install-packages clang
+	cmake --preset $@
+	cmake --build --preset $@ -j $(JOBS)
+	ctest --preset $@
+
+bench: packages
+	@scripts/install-packages $(BENCH_PACKAGES)
+	cmake --preset release -DTVX_BUILD_BENCH=ON
+	cmake --build --preset release -j $(JOBS) --target tvx_bench
+	build/release/bin/tvx_bench
+
+lint: packages
+	@scripts/install-packages $(LINT_PACKAGES) clang
+	cmake --preset clang
+	scripts/lint build/clang
+
+format:
+	@scripts/install-packages $(LINT_PACKAGES)
+	scripts/lint --format
+
+install: packages
+	cmake --preset release -DCMAKE_INSTALL_PREFIX=$(PREFIX)
+	cmake --build --preset release -j $(JOBS)
+	cmake --install build/release --prefix $(PREFIX)
+
+clean:
+	rm -rf build
