@@ -148,7 +148,7 @@ void comn_str_to_ascii(const char* source, int32_t length, char* destination,
   rt::require_pointer(output_length);
   rt::require(length >= 0);
   *output_length = charset::text_to_ascii(charset::record_or_builtin(record), bytes(source), length,
-                                          bytes(destination));
+                                          bytes(destination), length);
 }
 
 const char* comn_mb_strchr(const com_charattr* record, const char* string, int32_t byte) {

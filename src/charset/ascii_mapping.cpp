@@ -16,22 +16,8 @@ int32_t map_to_ascii(const char* text, int32_t length, char* out, int32_t capaci
     std::memcpy(out, text, static_cast<size_t>(copied));
     return copied;
   }
-  const auto* at = reinterpret_cast<const uint8_t*>(text);
-  const uint8_t* const end = at + length;
-  int32_t written = 0;
-  while (at < end && written < capacity) {
-    const int32_t width = char_width(*record, at, end);
-    const uint8_t form = to_ascii(*record, at, end);
-    if (form != 0) {
-      out[written++] = static_cast<char>(form);
-    } else {
-      const int32_t copied = std::min(width, capacity - written);
-      std::memcpy(out + written, at, static_cast<size_t>(copied));
-      written += copied;
-    }
-    at += width;
-  }
-  return written;
+  return text_to_ascii(*record, reinterpret_cast<const uint8_t*>(text), length,
+                       reinterpret_cast<uint8_t*>(out), capacity);
 }
 
 }  // namespace tvx::charset

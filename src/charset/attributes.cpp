@@ -1,6 +1,7 @@
 // Operations on characters and texts that are too long to stand inline.
 #include "charset/attributes.hpp"
 
+#include <algorithm>
 #include <cstring>
 
 namespace tvx::charset {
@@ -58,22 +59,23 @@ WholeCharacters whole_characters(const com_charattr& record, const uint8_t* star
 }
 
 int32_t text_to_ascii(const com_charattr& record, const uint8_t* source, int32_t length,
-                      uint8_t* destination) {
+                      uint8_t* destination, int32_t capacity) {
   const uint8_t* const end = source + length;
-  uint8_t* out = destination;
-  for (const uint8_t* p = source; p < end;) {
+  int32_t written = 0;
+  for (const uint8_t* p = source; p < end && written < capacity;) {
     // Both are found before anything is written, which may be over this very character.
     const int32_t width = char_width(record, p, end);
     const uint8_t form = to_ascii(record, p, end);
     if (form != 0) {
-      *out++ = form;
+      destination[written++] = form;
     } else {
-      std::memmove(out, p, static_cast<size_t>(width));
-      out += width;
+      const int32_t copied = std::min(width, capacity - written);
+      std::memmove(destination + written, p, static_cast<size_t>(copied));
+      written += copied;
     }
     p += width;
   }
-  return static_cast<int32_t>(out - destination);
+  return written;
 }
 
 const uint8_t* find_char(const com_charattr& record, const uint8_t* string, uint8_t byte) {

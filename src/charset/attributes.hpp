@@ -158,10 +158,10 @@ struct WholeCharacters {
 [[nodiscard]] WholeCharacters whole_characters(const com_charattr& record, const uint8_t* start,
                                                const uint8_t* end);
 
-// Copies a text, each character that has an ASCII form replaced by that byte, and returns the bytes
-// written, `length` at most. `destination` may be `source`.
+// Copies a text, each character that has an ASCII form replaced by that byte, until the text or the
+// capacity is used up, and returns the bytes written. `destination` may be `source`.
 int32_t text_to_ascii(const com_charattr& record, const uint8_t* source, int32_t length,
-                      uint8_t* destination);
+                      uint8_t* destination, int32_t capacity);
 
 // The first character of a NUL-terminated string whose first byte is `byte`; null when there is
 // none. A character that the terminator cuts off is not found.
