@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cstdlib>
+#include <cstring>
 
 #include "tvxcomn/support.h"
 
@@ -23,7 +24,11 @@ void* counted(void* block) {
 }  // namespace
 
 void* comn_malloc(size_t size) {
-  return fails() ? nullptr : counted(std::malloc(size));
+  if (fails()) return nullptr;
+  void* block = counted(std::malloc(size));
+  // Fresh memory is often zero by luck; filled, its use shows.
+  if (block != nullptr) std::memset(block, '"', size);
+  return block;
 }
 
 void* comn_calloc(size_t count, size_t size) {
