@@ -9,7 +9,7 @@
 
 namespace tvx::convert {
 
-using DefaultTable = std::array<comn_conversion*, kDatatypes * kDatatypes>;
+using DefaultTable = std::array<comn_conversion*, size_t{kDatatypes} * kDatatypes>;
 
 [[nodiscard]] constexpr size_t cell(int32_t source, int32_t destination) {
   return static_cast<size_t>(source) * kDatatypes + static_cast<size_t>(destination);

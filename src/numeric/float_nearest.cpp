@@ -1,4 +1,5 @@
-// The exact way from a decimal to a double.
+// The exact way from a decimal to a double, for the few numbers that lie about half-way between
+// two.
 #include "numeric/float_nearest.hpp"
 
 #include <algorithm>
@@ -9,8 +10,8 @@
 namespace tvx::numeric {
 namespace {
 
-// A half-way point of doubles has at most 768 significant digits (that of the two greatest
-// subnormal numbers), so of what follows after so many it matters only whether it is zero.
+// A half-way point of doubles has at most 768 significant digits, those of (2^54 - 1) * 5^1075, so
+// of what follows after so many it matters only whether it is zero.
 constexpr int kDecidingDigits = 768;
 
 struct ExactDecimal {
@@ -18,6 +19,7 @@ struct ExactDecimal {
   int64_t exponent;
 };
 
+// The number with the first 768 digits and, if any other than zero follows, a one behind them.
 ExactDecimal exact_decimal(const DecimalNumber& number) {
   ExactDecimal exact{BigInteger(number.significand), number.exponent};
   if (number.first_digit == nullptr) return exact;

@@ -1,17 +1,13 @@
 // The nearest double to a number whose digits have been read: the arithmetic half of parse_float.
 // What nearly every number takes is in this header, the rest out of line.
 //
-// Three ways lead from a decimal to a double, each taken when the one before it does not decide:
-//
-// 1. Significand and power of ten are doubles themselves: one multiplication or division rounds
-// correctly.
-//    W. Clinger, "How to read floating point numbers accurately" (1990).
-// 2. The significand times the power of ten to 128 bits gives a lower and an upper bound; mostly
-// both round to
-//    the same double. After D. Lemire, "Number parsing at a gigabyte per second" (2021), with one
-//    rule, the bounds, in place of the case distinctions there.
-// 3. The bounds round to two neighbours: the number is compared exactly with the point half-way
-// between them.
+// Three ways lead from a decimal to a double, each taken when the one before it does not decide.
+// First, significand and power of ten may be doubles themselves, so that one multiplication or
+// division rounds correctly: W. Clinger, "How to read floating point numbers accurately" (1990).
+// Second, the significand times the power of ten to 128 bits gives a lower and an upper bound, and
+// mostly both round to the same double: after D. Lemire, "Number parsing at a gigabyte per second"
+// (2021), with one rule, the bounds, in place of the case distinctions there. Third, the bounds
+// round to two neighbours, and the number is compared exactly with the point half-way between them.
 #pragma once
 
 #include <bit>
@@ -31,21 +27,19 @@ inline constexpr uint64_t kInfinityBits = 0x7FF0'0000'0000'0000;
 // `inexact`. The result is 0 for a number that rounds to zero, kInfinityBits for one that rounds to
 // infinity.
 constexpr uint64_t nearest_double(uint64_t significand, bool inexact, int64_t exponent) {
-  const int top_bit = static_cast<int>(significand >> 63);
-  int64_t exponent_field = exponent + 62 + top_bit + kExponentBias;
-  // Ten or eleven bits are dropped, the lowest of which can stand for all bits behind it.
-  significand |= uint64_t{inexact};
+  // Eleven bits more than a double has, the lowest of which can stand for all bits behind it.
+  const int zeros = significand >> 63 == 0;
+  significand = significand << zeros | uint64_t{inexact};
+  int64_t exponent_field = exponent - zeros + 63 + kExponentBias;
   if (exponent_field > 2 * kExponentBias) [[unlikely]]
     return kInfinityBits;
   if (exponent_field <= 0) [[unlikely]] {
     const int64_t excess = exponent_field < -62 ? 63 : 1 - exponent_field;
-    significand = significand >> excess | uint64_t{(significand << (64 - excess)) != 0};
+    significand = significand >> excess | uint64_t{significand << (64 - excess) != 0};
     exponent_field = 1;
   }
-  const int dropped_bits = 10 + top_bit;
-  const uint64_t kept = significand >> dropped_bits;
-  const uint64_t tie = uint64_t{1} << (dropped_bits - 1);
-  const uint64_t round_up = (significand & (2 * tie - 1)) + (kept & 1) > tie;
+  const uint64_t kept = significand >> 11;
+  const uint64_t round_up = (significand & 0x7FF) + (kept & 1) > 0x400;
   // The leading bit of `kept` adds one to the exponent field; a carry of the rounding goes there by
   // itself, from the subnormal to the normal numbers as from the greatest double to infinity.
   return (static_cast<uint64_t>(exponent_field - 1) << kFractionBits) + kept + round_up;
@@ -57,14 +51,13 @@ constexpr uint64_t nearest_double(uint64_t significand, bool inexact, int64_t ex
 struct DecimalNumber {
   uint64_t significand;
   int64_t exponent;
-  const char* first_digit =
-      nullptr;  // the first one that is not zero; null when `significand` is all
+  const char* first_digit = nullptr;  // not a zero; null when `significand` is all
   const char* end = nullptr;
 };
 
 inline constexpr int kSignificandDigits = 19;  // 10^19 < 2^64
 
-// Returns the bits of the double nearest to a decimal number, as above.
+// Returns the bits of the double nearest to a decimal number, in the same way.
 uint64_t nearest_double(const DecimalNumber& number);
 
 // Powers of ten that are doubles: 5^22 < 2^53.

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <limits>
 #include <string_view>
 
 #include "numeric/eight_digits.hpp"
@@ -43,15 +42,20 @@ struct Digits {
 
 // Appends the decimal digits at `text` to a value, modulo 2^64.
 inline Digits read_digits(uint64_t value, const char* text, const char* end) {
+  for (; text != end && is_digit(*text); ++text)
+    value = value * 10 + static_cast<uint64_t>(*text - '0');
+  return {value, text};
+}
+
+// The same, eight at a time.
+inline Digits read_many_digits(uint64_t value, const char* text, const char* end) {
   while (end - text >= 8) {
     const uint64_t word = load_eight(text);
     if (!are_eight_digits(word)) break;
     value = value * 100'000'000 + value_of_eight_digits(word);
     text += 8;
   }
-  for (; text != end && is_digit(*text); ++text)
-    value = value * 10 + static_cast<uint64_t>(*text - '0');
-  return {value, text};
+  return read_digits(value, text, end);
 }
 
 struct Exponent {
@@ -84,15 +88,16 @@ struct Magnitude {
 
 constexpr Magnitude kNoNumber{0, nullptr, FloatRange::kWithin};
 
-Magnitude rounded(uint64_t bits, bool is_zero, const char* end) {
-  const FloatRange range = bits == kInfinityBits   ? FloatRange::kOverflow
-                           : bits == 0 && !is_zero ? FloatRange::kUnderflow
-                                                   : FloatRange::kWithin;
-  return {bits, end, range};
+inline Magnitude rounded(uint64_t bits, bool is_zero, const char* end) {
+  if (bits == kInfinityBits) [[unlikely]]
+    return {bits, end, FloatRange::kOverflow};
+  if (bits == 0 && !is_zero) [[unlikely]]
+    return {bits, end, FloatRange::kUnderflow};
+  return {bits, end, FloatRange::kWithin};
 }
 
-// The number of more than 19 digits that stand in [begin, end), with the point, if any, at `point`
-// and else `point` at `end`; leading zeros may leave less than 19.
+// The number whose digits, more than 19 with leading zeros, stand in [begin, end); `point` is where
+// the point stands or would stand.
 DecimalNumber gather_long_number(const char* begin, const char* point, const char* end) {
   const char* digit = std::find_if(begin, end, [](char c) { return c != '0' && c != '.'; });
   DecimalNumber number{0, 0};
@@ -124,7 +129,7 @@ inline Magnitude read_decimal(const char* begin, const char* end) {
   int64_t count = point - begin;
   int64_t fraction_digits = 0;
   if (point != end && *point == '.') {
-    digits = read_digits(digits.value, point + 1, end);
+    digits = read_many_digits(digits.value, point + 1, end);
     fraction_digits = digits.end - (point + 1);
     count += fraction_digits;
   }
@@ -187,7 +192,7 @@ Magnitude read_word(const char* text, const char* end) {
 Magnitude read_magnitude(const char* text, const char* end) {
   if (text == end) return kNoNumber;
   if (!is_digit(*text) && *text != '.') return read_word(text, end);
-  if (starts_with(text, end, "0x")) {
+  if (*text == '0' && starts_with(text, end, "0x")) [[unlikely]] {
     const Magnitude number = read_hexadecimal(text + 2, end);
     if (number.end != nullptr) return number;  // otherwise the number is the "0"
   }

@@ -1,12 +1,9 @@
 // A finite double is m * 2^e. Multiplied by a power of ten that gives it 17 digits before the
 // point, it is rounded to an integer and laid out. The power is known to 128 bits only, so that the
-// product is known to lie in a narrow interval; but no double other than exact ones comes so near
-// to a tie that the interval contains it (see seventeen_digits), and rounding needs no second,
-// slower way.
-//
-// The scheme is that of R. Steele and J. White's fixed-format printing with the multiplication of
-// U. Adams, "Ryu revisited: printf floating point conversion" (2019), on a table of one entry a
-// power.
+// product is known to lie in a narrow interval; but no double except those of exact products comes
+// so near to a tie that the interval contains it (see seventeen_digits), and rounding needs no
+// second, slower way. After U. Adams, "Ryu revisited: printf floating point conversion" (2019),
+// where a wider table takes the place of that argument.
 #include "numeric/float_write.hpp"
 
 #include <bit>
@@ -34,8 +31,9 @@ struct Decimal17 {
 //
 // The product is exact for q = 0 .. 27 and otherwise too small by less than two units of its last
 // bit. Ties occur in the exact range only: a double with a tie at the digit 10^-q is an odd
-// multiple of 5 * 10^(-q - 1), or of 5 * 10^-q with 18 digits. For q < 0 the odd factor of that
-// exceeds 2^53; for q > 0 it must be divisible by 5^(q - 1), which is below 2 * 10^17 for q <= 25.
+// multiple of 5 * 10^(-q - 1), or of 5 * 10^-q with 18 digits, the odd factor being between 2^53
+// and 2 * 10^17. For q < 0 no double has such a factor; for q > 0 the factor must be divisible by
+// 5^(q - 1), which q > 25 makes greater than 2 * 10^17.
 // And no other double comes nearer to a tie than 351 units (0x13de005bd620df * 2^164 does), so that
 // cutting off does not take the product across one. A search over all doubles stands in the tests.
 Decimal17 seventeen_digits(uint64_t significand, int exponent) {
@@ -47,17 +45,16 @@ Decimal17 seventeen_digits(uint64_t significand, int exponent) {
   // 2^53, so that the fraction takes 69 to 74 of the product's 127 or 128 bits.
   const int fraction_bits = 126 - exponent - floor_log2_of_power_of_ten(q);
   const uint64_t integer = static_cast<uint64_t>(product >> fraction_bits);
-  const uint64_t last_digit = integer % 10;
-  const bool one_too_many = integer >= 10 * kTenTo16;
+  const Uint128 fraction = product << (128 - fraction_bits);  // in units of 2^-128
 
-  // Both roundings in the same words: discarded part and tie as multiples of half a unit of the
-  // product's integer part.
-  const Uint128 fraction = product & ((Uint128{1} << fraction_bits) - 1);
-  const Uint128 unit = Uint128{1} << fraction_bits;
-  const uint64_t cut = one_too_many ? integer / 10 : integer;
-  const Uint128 discarded = one_too_many ? unit * last_digit + fraction : fraction;
-  const Uint128 tie = one_too_many ? unit * 5 : unit / 2;
-  const uint64_t rounded = cut + (discarded + (cut & 1) > tie);
+  // What is discarded is scaled so that a tie is 8/16 of a full unit or, with the digit too many,
+  // 5/16 for a unit of 10/16. The fraction has at least 54 zeros at its end: nothing is shifted
+  // out, and the one that sends a tie of an odd number upwards does not carry.
+  const bool one_too_many = integer >= 10 * kTenTo16;
+  const uint64_t kept = one_too_many ? integer / 10 : integer;
+  const Uint128 discarded = one_too_many ? Uint128{integer % 10} << 124 | fraction >> 4 : fraction;
+  const Uint128 tie = Uint128{one_too_many ? 5u : 8u} << 124;
+  const uint64_t rounded = kept + (discarded + (kept & 1) > tie);
   if (rounded == 10 * kTenTo16) [[unlikely]]
     return {kTenTo16, decimal_exponent + one_too_many + 1};
   return {rounded, decimal_exponent + one_too_many};

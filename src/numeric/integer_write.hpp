@@ -43,7 +43,7 @@ inline constexpr auto kDigitPairs = detail::make_digit_pairs();     // "00" to "
 
 // Writes the two digits of a value below 100.
 inline void write_pair(char* out, uint32_t value) {
-  std::memcpy(out, &kDigitPairs[2 * value], 2);
+  std::memcpy(out, &kDigitPairs[size_t{2} * value], 2);
 }
 
 // Writes a value right-aligned in exactly `length` characters, which is its decimal length.

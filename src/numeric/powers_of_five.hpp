@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 
 #include "numeric/big_integer.hpp"
@@ -27,13 +28,13 @@ struct PowerOfFive {
 
 extern const std::array<PowerOfFive, kGreatestPower - kLeastPower + 1> kPowersOfFive;
 
-// floor(log2(10^q)): 217706 / 2^16 = log2(10) - 9.6e-6, exact within +-1500; that it holds for the
-// powers above is checked where the table is computed.
+// floor(log2(10^q)): 217706 / 2^16 is log2(10) + 1.9e-6, near enough for |q| <= 642; for the powers
+// above that is checked where the table is computed.
 constexpr int floor_log2_of_power_of_ten(int q) {
   return (q * 217706) >> 16;
 }
 
-// floor(log10(2^e)), for the binary exponents of doubles: 315653 / 2^20 = log10(2) - 1.2e-7.
+// floor(log10(2^e)): 315653 / 2^20 is log10(2) + 1.7e-7, near enough for |e| <= 2620.
 constexpr int floor_log10_of_power_of_two(int e) {
   return (e * 315653) >> 20;
 }
