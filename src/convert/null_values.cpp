@@ -114,7 +114,8 @@ struct TableEntry {
   bool assign_default(int32_t datatype) {
     const Default& initial = kDefaults[static_cast<size_t>(datatype)];
     step = initial.step;
-    if (!value.allocate(initial.length)) return false;
+    if (initial.length > value.length && !value.allocate(initial.length)) return false;
+    value.length = initial.length;
     const auto length = static_cast<size_t>(initial.length);
     const size_t lead = std::min(length, initial.lead.size());
     if (length > 0) {

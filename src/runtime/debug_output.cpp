@@ -2,6 +2,7 @@
 // has checked.
 #include "runtime/debug_output.hpp"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <string_view>
@@ -15,25 +16,34 @@ std::FILE* debug_stream() {
   return debug_file != nullptr ? debug_file : stdout;
 }
 
-constexpr std::string_view kFlagsAndWidths = "-+ #0123456789.";
+constexpr std::string_view kFlags = "-+ #0";
 
-// One conversion as it stands in a format: "%", flags and widths, an optional l, and its letter.
+// One conversion of a format: flags, width, precision, an optional l, and its letter. It is taken
+// apart and put together anew, so that what reaches the C library is always well formed and short.
 class Conversion {
 public:
   // Reads the conversion whose "%" stands at `format`; false when it ends in no known letter.
   bool read(const char* format) {
     const char* at = format + 1;
-    while (*at != '\0' && kFlagsAndWidths.find(*at) != std::string_view::npos) ++at;
-    if (*at == 'l') {
-      is_long_ = true;
+    for (; *at != '\0' && kFlags.find(*at) != std::string_view::npos; ++at) {
+      flags_[kFlags.find(*at)] = true;
+    }
+    if (!read_number(at, width_)) return false;
+    if (*at == '.') {
+      precision_ = 0;
+      if (!read_number(++at, precision_)) return false;
+    }
+    is_long_ = *at == 'l';
+    if (is_long_) {
       ++at;
-      letter_ = (*at == 'd' || *at == 'x') ? *at++ : 'd';
+      letter_ = *at == 'd' || *at == 'x' ? *at++ : 'd';
     } else if (*at != '\0' && std::strchr("cdsxX", *at) != nullptr) {
       letter_ = *at++;
     } else {
       return false;
     }
-    return build(format, at);
+    end_ = at;
+    return true;
   }
 
   const char* end() const { return end_; }
@@ -50,30 +60,40 @@ public:
   }
 
 private:
-  bool build(const char* begin, const char* end) {
-    end_ = end;
-    const auto flags_end = begin + 1 + std::strspn(begin + 1, kFlagsAndWidths.data());
-    const auto length = static_cast<size_t>(flags_end - begin);
-    if (length + 3 > sizeof text_) return false;
-    std::memcpy(text_, begin, length);
-    char* at = text_ + length;
-    if (is_long_) *at++ = 'l';
-    *at++ = letter_;
-    *at = '\0';
+  // Digits, maybe none; false when they make no int.
+  static bool read_number(const char*& at, int& number) {
+    for (; *at >= '0' && *at <= '9'; ++at) {
+      if (__builtin_mul_overflow(number, 10, &number) ||
+          __builtin_add_overflow(number, *at - '0', &number)) {
+        return false;
+      }
+    }
     return true;
   }
 
   template <class Argument>
   void put(std::FILE* stream, Argument argument) const {
+    char text[kFlags.size() + sizeof "%*.*ld"];
+    char* at = text;
+    *at++ = '%';
+    for (size_t i = 0; i < kFlags.size(); ++i) {
+      if (flags_[i]) *at++ = kFlags[i];
+    }
+    at = std::copy_n("*.*", 3, at);
+    if (is_long_) *at++ = 'l';
+    *at++ = letter_;
+    *at = '\0';
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
-    std::fprintf(stream, text_, argument);
+    std::fprintf(stream, text, width_, precision_, argument);
 #pragma GCC diagnostic pop
   }
 
-  char text_[64] = {};
-  char letter_ = '\0';
+  bool flags_[kFlags.size()] = {};
+  int width_ = 0;
+  int precision_ = -1;  // negative: not given
   bool is_long_ = false;
+  char letter_ = '\0';
   const char* end_ = nullptr;
 };
 

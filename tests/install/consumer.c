@@ -90,10 +90,12 @@ static int32_t (*const size_of)(int32_t, int32_t) = comn_typelen;
 
 int main(void) {
   comn_context* context;
-  comn_datafmt from = {{0}}, to = {{0}};
+  comn_datafmt from, to;
   int32_t value = 42, length = 0;
   char text[16];
 
+  memset(&from, 0, sizeof from);
+  memset(&to, 0, sizeof to);
   from.datatype = TVX_TYPE_I4;
   to.datatype = TVX_TYPE_CHAR;
   to.maxlength = sizeof text;
