@@ -15,7 +15,7 @@ BENCH_PACKAGES = libbenchmark-dev libfast-float-dev
 LINT_PACKAGES = clang-format clang-tidy
 
 SAMPLE = examples/shipments.csv
-SAMPLE_TYPES = $(shell cat examples/shipments.types)
+SAMPLE_TYPES = id:i4,customer:ui4,quantity:i2,parcels:i1,depot:ui2,weight_kg:flt8,discount:flt8,express:bit,tracking:ui8,balance:i8,temperature:flt4
 
 .PHONY: all run check debug asan tsan clang bench lint format install clean packages
 
