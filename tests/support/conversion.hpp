@@ -7,9 +7,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <iterator>
 #include <map>
 #include <memory>
 #include <ostream>
@@ -125,12 +127,14 @@ Outcome observe(std::string_view source, size_t room, Call call) {
   struct Buffers {
     std::unique_ptr<GuardedBuffer> source, destination;
   };
-  static std::map<std::pair<size_t, size_t>, Buffers> kept[std::size(kPlaces)];
+  using BuffersByPlace = std::array<Buffers, std::size(kPlaces)>;
+  static std::map<std::pair<size_t, size_t>, BuffersByPlace> kept;  // mapping pages takes its time
+  BuffersByPlace& places = kept[{source.size(), room}];
 
   Outcome first;
   for (size_t i = 0; i < std::size(kPlaces); ++i) {
     const auto [guard, margin] = kPlaces[i];
-    Buffers& buffers = kept[i][{source.size(), room}];
+    Buffers& buffers = places[i];
     if (buffers.source == nullptr) {
       buffers.source = std::make_unique<GuardedBuffer>(source.size() + margin, 0, guard);
       buffers.destination = std::make_unique<GuardedBuffer>(room + 2 * margin, 0, guard);

@@ -1,0 +1,167 @@
+// tvxcomn convert: one line a value, for every scalar type, for every kind of failure, and for odd
+// values.
+#include <gtest/gtest.h>
+
+#include "tools/run_command.hpp"
+
+namespace {
+
+using tvx::test::Outcome;
+using tvx::test::run_command;
+
+struct ConvertCase {
+  std::vector<std::string> arguments;  // behind "convert"
+  int status;
+  const char* output;
+};
+
+void PrintTo(const ConvertCase& c, std::ostream* out) {
+  for (const std::string& argument : c.arguments) *out << '[' << argument << "] ";
+}
+
+Outcome convert(std::vector<std::string> arguments, const std::string& input = {}) {
+  arguments.insert(arguments.begin(), "convert");
+  return run_command(arguments, input);
+}
+
+class Convert : public testing::TestWithParam<ConvertCase> {};
+
+TEST_P(Convert, PrintsResultBytesAndText) {
+  const Outcome outcome = convert(GetParam().arguments);
+  EXPECT_EQ(outcome.output, GetParam().output);
+  EXPECT_EQ(outcome.status, GetParam().status);
+  EXPECT_EQ(outcome.errors, "");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Types, Convert,
+    testing::Values(
+        ConvertCase{{"--to", "bit", "7"}, 0, "7\tCS_SUCCEED\t1\t01\t1\n"},
+        ConvertCase{{"--to", "i1", "255"}, 0, "255\tCS_SUCCEED\t1\tff\t255\n"},
+        ConvertCase{{"--to", "i2", "-2"}, 0, "-2\tCS_SUCCEED\t2\tfeff\t-2\n"},
+        ConvertCase{{"--to", "i4", " 42 "}, 0, " 42 \tCS_SUCCEED\t4\t2a000000\t42\n"},
+        ConvertCase{{"--to", "i8", "-1"}, 0, "-1\tCS_SUCCEED\t8\tffffffffffffffff\t-1\n"},
+        ConvertCase{{"--to", "ui2", "65535"}, 0, "65535\tCS_SUCCEED\t2\tffff\t65535\n"},
+        ConvertCase{{"--to", "ui4", "+9"}, 0, "+9\tCS_SUCCEED\t4\t09000000\t9\n"},
+        ConvertCase{{"--to", "ui8", "256"}, 0, "256\tCS_SUCCEED\t8\t0001000000000000\t256\n"},
+        ConvertCase{
+            {"--to", "flt4", "0.1"}, 0, "0.1\tCS_SUCCEED\t4\tcdcccc3d\t.10000000149011612\n"},
+        ConvertCase{{"--to", "flt8", "2"}, 0, "2\tCS_SUCCEED\t8\t0000000000000040\t2.0\n"},
+        // There is no way back from int20 to char.
+        ConvertCase{{"--to", "int20", "-9"}, 0, "-9\tCS_SUCCEED\t8\tf7ffffffffffffff\t-\n"},
+        ConvertCase{
+            {"--to", "i4", "--from", "null23", "x"}, 0, "x\tCS_SUCCEED\t4\t00000000\t0\n"}));
+
+INSTANTIATE_TEST_SUITE_P(
+    Failures, Convert,
+    testing::Values(
+        ConvertCase{{"--to", "i4", "12x"}, 1, "12x\tCS_CONV_SYNTAX\t0\t-\t-\n"},
+        ConvertCase{{"--to", "ui4", "-1"}, 1, "-1\tCS_CONV_SYNTAX\t0\t-\t-\n"},
+        ConvertCase{{"--to", "i8", "9223372036854775808"},
+                    1,
+                    "9223372036854775808\tCS_CONV_OVERFLOW\t8\tffffffffffffff7f\t"
+                    "9223372036854775807\n"},
+        ConvertCase{{"--to", "flt8", "-1e400"},
+                    1,
+                    "-1e400\tCS_CONV_OVERFLOW\t8\tffffffffffffefff\t-1.7976931348623157e+308\n"},
+        ConvertCase{
+            {"--to", "flt8", "1e-400"}, 1, "1e-400\tCS_CONV_UNDERFLOW\t8\t0000000000000000\t0.0\n"},
+        ConvertCase{
+            {"--from", "flt8", "--to", "i2", "1e9"}, 1, "1e9\tCS_CONV_OVERFLOW\t2\tff7f\t32767\n"},
+        ConvertCase{
+            {"--from", "i8", "--to", "ui2", "-1"}, 1, "-1\tCS_CONV_UNDERFLOW\t2\t0000\t0\n"},
+        // The first step fails: the destination is never reached.
+        ConvertCase{{"--from", "i2", "--to", "i8", "70000", "7"},
+                    1,
+                    "70000\tCS_CONV_OVERFLOW\t0\t-\t-\n7\tCS_SUCCEED\t8\t0700000000000000\t7\n"}));
+
+INSTANTIATE_TEST_SUITE_P(
+    Formats, Convert,
+    testing::Values(
+        ConvertCase{{"--from", "i4", "--to", "char", "77"}, 0, "77\tCS_SUCCEED\t2\t3737\t77\n"},
+        ConvertCase{
+            {"--from", "i4", "--to", "char(3)", "1234"}, 1, "1234\tCS_CONV_OVERFLOW\t1\t2a\t*\n"},
+        ConvertCase{{"--from", "i4", "--to", "char", "--maxlength", "1", "12"},
+                    1,
+                    "12\tCS_CONV_OVERFLOW\t1\t00\t\\x00\n"},
+        ConvertCase{{"--from", "i4", "--to", "char2", "--terminate", "5"},
+                    0,
+                    "5\tCS_SUCCEED\t2\t3500\t5\\x00\n"},
+        ConvertCase{{"--from", "i4", "--to", "char(4)", "--blankfill", "--terminate", "5"},
+                    0,
+                    "5\tCS_SUCCEED\t4\t35202000\t5  \\x00\n"},
+        ConvertCase{{"--from", "bit", "--to", "bin(3)", "--zerofill", "1"},
+                    0,
+                    "1\tCS_SUCCEED\t3\t010000\t-\n"},
+        ConvertCase{{"--from", "i4", "--to", "char(4)", "--blankfill", "--zerofill", "5"},
+                    1,
+                    "5\tCS_CONV_BADFORMAT\t1\t35\t-\n"}));
+
+// Values that the shell, the command line or the library could mistake for something else.
+INSTANTIATE_TEST_SUITE_P(
+    OddValues, Convert,
+    testing::Values(ConvertCase{{"--to", "i4", ""}, 0, "\tempty\t0\t-\t-\n"},
+                    ConvertCase{{"--to", "i4", "[1,2]", "[", "{}", "%%"},
+                                1,
+                                "[1,2]\tCS_CONV_SYNTAX\t0\t-\t-\n[\tCS_CONV_SYNTAX\t0\t-\t-\n"
+                                "{}\tCS_CONV_SYNTAX\t0\t-\t-\n%%\tCS_CONV_SYNTAX\t0\t-\t-\n"},
+                    ConvertCase{{"--to", "flt8", "--", "-.5"},
+                                0,
+                                "-.5\tCS_SUCCEED\t8\t000000000000e0bf\t-0.5\n"},
+                    ConvertCase{{"--to", "i4", "1\t\n\r\\\x7f"},
+                                1,
+                                "1\\t\\n\\r\\\\\\x7f\tCS_CONV_SYNTAX\t0\t-\t-\n"},
+                    // Printable UTF-8 stays; a control character of two bytes, a stray byte and a
+                    // cut sequence do not.
+                    ConvertCase{{"--to", "i4", "é€\xC2\x9B\x80\xE2\x82"},
+                                1,
+                                "é€\\xc2\\x9b\\x80\\xe2\\x82\tCS_CONV_SYNTAX\t0\t-\t-\n"}));
+
+TEST(ConvertLines, AreReadFromTheStandardInput) {
+  const Outcome outcome = convert({"--to", "i2"}, "1\n\n2 x\n3");
+  EXPECT_EQ(outcome.output,
+            "1\tCS_SUCCEED\t2\t0100\t1\n\tempty\t0\t-\t-\n2 x\tCS_CONV_SYNTAX\t0\t-\t-\n"
+            "3\tCS_SUCCEED\t2\t0300\t3\n");
+  EXPECT_EQ(outcome.status, 1);
+}
+
+TEST(ConvertLines, MayBeLongButNotEndless) {
+  const Outcome accepted = convert({"--to", "flt8"}, std::string(16u << 20, '7'));
+  EXPECT_EQ(accepted.status, 1);
+  EXPECT_EQ(accepted.output.substr(16u << 20), "\tCS_CONV_SYNTAX\t0\t-\t-\n");
+  EXPECT_EQ(convert({"--to", "flt8"}, std::string((16u << 20) + 1, '7')).status, 2);
+}
+
+struct UsageCase {
+  std::vector<std::string> arguments;
+  const char* message;  // what the message must hold
+};
+
+TEST(ConvertUsage, ErrorsSayWhatToWrite) {
+  const UsageCase cases[] = {
+      {{}, "--to is required"},
+      {{"--to", "int", "5"}, "unknown type \"int\"; the types are char, bin, char2"},
+      {{"--to", "-", "5"}, "unknown type \"-\""},
+      {{"--to", "i4(4)", "5"}, "NAME(BYTES)"},
+      {{"--to", "char(", "5"}, "NAME(BYTES)"},
+      {{"--to", "char()", "5"}, "NAME(BYTES)"},
+      {{"--to", "char(1,2)", "5"}, "NAME(BYTES)"},
+      {{"--to", "char(99999999999)", "5"}, "at most 16777216"},
+      {{"--to", "char(9)", "--maxlength", "9", "--from", "i4", "5"}, "--maxlength stands"},
+      {{"--to", "char", "--maxlength", "-1", "--from", "i4", "5"}, "not in range"},
+      {{"--to", "char", "--blankfill", "--from", "i4", "5"}, "write --maxlength BYTES"},
+      {{"--to", "locator37", "--from", "i4", "5"}, "no conversion from i4 to locator37; from i4"},
+      {{"--to", "i4", "--from", "null23(1,2)", "5"}, "is no type"},
+      {{"--to", "null23", "5"}, "no conversion from char to null23; from char there is one to"},
+      {{"--to", "i4", "-.5"}, "write -- in front of values"},
+      {{"--to", "i4", "--unknown"}, "\"--unknown\" is no option"},
+  };
+  for (const UsageCase& c : cases) {
+    const Outcome outcome = convert(c.arguments);
+    EXPECT_NE(outcome.errors.find(c.message), std::string::npos) << outcome.errors;
+    EXPECT_EQ(outcome.output, "") << c.message;
+    EXPECT_EQ(outcome.status, 2) << c.message;
+  }
+}
+
+}  // namespace
