@@ -8,12 +8,13 @@
  * character attribute record.
  *
  * Writing. Integers: "-" and digits. Floats: as "%.17g" writes them, without the zero before a
- * leading point and with ".0" after digits alone; -0.0 is written 0.0. Text goes through the
- * completion step of its format. A number that does not fit a char destination is written "*"
- * (length 1, when maxlength is at least 2) with CS_CONV_OVERFLOW.
+ * leading point, and with ".0" behind a text that has neither "." nor "e", be it 2.0 or inf.0; -0.0
+ * is written 0.0. Text goes through the completion step of its format. A number that does not fit a
+ * char destination is written "*" (length 1, when maxlength is at least 2) with CS_CONV_OVERFLOW.
  *
- * The bare twins deliver a number that does not fit not at all: CS_CONV_OVERFLOW with the
- * destination untouched. Their float readers keep the destination's length 0 unless they succeed.
+ * The bare number writers deliver a number that does not fit not at all: CS_CONV_OVERFLOW with the
+ * destination untouched. The bare float readers keep the destination's length 0 unless they
+ * succeed.
  */
 #ifndef TVXCOMN_NUMBERTEXT_H
 #define TVXCOMN_NUMBERTEXT_H

@@ -83,7 +83,8 @@ constexpr Rule<Source, Destination> range_rule() {
 }
 
 // An 8-byte integer towards a float: from the threshold on it is stored as the cap, without a
-// report, so that every such float lies in the range that converts back.
+// report, so that such a float converts back. That of ui8 towards flt4 lies a little above the
+// range of flt4 towards ui8 all the same, and comes back as the limit.
 template <class Source, class Destination>
 constexpr Rule<Source, Destination> capped_rule(Compared<Source> threshold,
                                                 Value<Destination> cap) {
