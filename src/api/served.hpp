@@ -1,0 +1,32 @@
+// What a family of routines brings to the default table.
+#pragma once
+
+#include <array>
+#include <cstddef>
+
+#include "convert/catalogue.hpp"
+
+namespace tvx::api {
+
+// A routine and the cells of the table that it fills: every pair of one of the source codes and one
+// of the destination codes. A family states its rows in a constexpr array, in the header that is
+// named after it (scalar_served.hpp, ...), and default_table.cpp lists the families.
+struct Served {
+  convert::CodeSet sources;
+  convert::CodeSet destinations;
+  comn_conversion* routine;
+};
+
+// The rows of several families, one after the other.
+template <size_t... counts>
+constexpr auto all_of(const std::array<Served, counts>&... families) {
+  std::array<Served, (counts + ...)> all{};
+  size_t at = 0;
+  const auto append = [&](const auto& family) {
+    for (const Served& row : family) all[at++] = row;
+  };
+  (append(families), ...);
+  return all;
+}
+
+}  // namespace tvx::api
