@@ -50,9 +50,9 @@ TVXCOMN_API int32_t comn_debug_setfile(void* context, const char* path, int32_t 
 /* Writes to the debug output as printf does and flushes it. Returns 1. */
 TVXCOMN_API int32_t comn_debug_print(const char* format, ...) __attribute__((format(printf, 1, 2)));
 
-/* Writes to the debug output with a formatter that knows c, d, s, x, X (32-bit integers, characters,
- * texts; a null text is written "(null)") and l, ld, lx (C's long), with flags and widths, and
- * "%%". A conversion that ends in anything else is written as the line
+/* Writes to the debug output with a formatter that knows c, d, s, x, X (32-bit integers,
+ * characters, texts; a null text is written "(null)") and l, ld, lx (C's long), with flags and
+ * widths, and "%%". A conversion that ends in anything else is written as the line
  * "illegal format specification\n" and ends the output, since the arguments that follow can no
  * longer be told apart. Returns 1. */
 TVXCOMN_API int32_t comn_debug_vprint(const char* format, va_list arguments);

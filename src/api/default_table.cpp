@@ -25,7 +25,7 @@ constexpr int kPairs = kScalarPairs + kNumberTextPairs + kNullPairs;
 // beside the table, since not every compiler compares the addresses of functions at compile time.
 struct Assembly {
   DefaultTable table{};
-  std::array<bool, kDatatypes * kDatatypes> filled{};
+  std::array<bool, size_t{kDatatypes} * kDatatypes> filled{};
   bool contested = false;
 
   constexpr void fill(size_t cell, comn_conversion* routine) {

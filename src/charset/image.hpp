@@ -15,7 +15,7 @@ inline constexpr uint8_t kSingleByteClass = 1;
 inline constexpr uint8_t kMultibyteClass = 2;
 
 // Tables of a single-byte set: a row for each byte and one row of zero behind them.
-inline constexpr size_t kSingleByteAttributes = 257 * 4;
+inline constexpr size_t kSingleByteAttributes = size_t{257} * 4;
 inline constexpr size_t kSingleByteSoundex = 257;
 inline constexpr std::array<uint8_t, 5> kSingleByteFormat = {1, 1, 0, 1, 1};
 

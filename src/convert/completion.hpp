@@ -22,13 +22,20 @@ int32_t pad_text(uint32_t flags, int32_t capacity, uint8_t* destination, int32_t
 // The forced terminator of a value that does not fit. Returns CS_CONV_OVERFLOW.
 int32_t cut_text(uint32_t flags, int32_t capacity, uint8_t* destination);
 
+// Single-byte text that is known to fit.
+inline int32_t complete_fitting_text(uint32_t flags, int32_t capacity, uint8_t* destination,
+                                     int32_t& output_length) {
+  constexpr uint32_t any = CS_FORMAT_TERMINATE | CS_FORMAT_ZEROFILL | CS_FORMAT_BLANKFILL;
+  if ((flags & any) == 0) [[likely]]
+    return CS_SUCCEED;
+  return pad_text(flags, capacity, destination, output_length);
+}
+
 // Single-byte text. CS_CONV_OVERFLOW: too long. CS_CONV_BADFORMAT: both fills requested.
 inline int32_t complete_text(uint32_t flags, int32_t capacity, int32_t length, uint8_t* destination,
                              int32_t& output_length) {
-  constexpr uint32_t any = CS_FORMAT_TERMINATE | CS_FORMAT_ZEROFILL | CS_FORMAT_BLANKFILL;
   if (!text_fits(length, capacity, flags)) return cut_text(flags, capacity, destination);
-  if ((flags & any) == 0) return CS_SUCCEED;
-  return pad_text(flags, capacity, destination, output_length);
+  return complete_fitting_text(flags, capacity, destination, output_length);
 }
 
 inline int32_t complete_text(const comn_datafmt& format, int32_t length, void* destination,

@@ -96,15 +96,15 @@ FloatText::FloatText(double value) : begin_(buffer_) {
   end_ = end;
 }
 
-int32_t deliver_overflow_marker(const Call& call, int32_t length) {
-  const comn_datafmt& format = *call.destination_format;
-  *call.output_length = std::min(length, format.maxlength);
+int32_t deliver_overflow_marker(const comn_datafmt& format, int32_t length, void* destination,
+                                int32_t& output_length) {
+  output_length = std::min(length, format.maxlength);
   if (format.maxlength >= 2) {
-    auto* out = static_cast<uint8_t*>(call.destination);
+    auto* out = static_cast<uint8_t*>(destination);
     out[0] = '*';
     out[1] = '\0';
-    *call.output_length = 1;
-    complete_text(format, 1, out, *call.output_length);
+    output_length = 1;
+    complete_text(format, 1, out, output_length);
   }
   return CS_CONV_OVERFLOW;
 }

@@ -10,6 +10,7 @@
 #include "convert/completion.hpp"
 #include "convert/scalar_types.hpp"
 #include "locale/character_attributes.hpp"
+#include "numeric/float_read.hpp"
 #include "numeric/integer_read.hpp"
 #include "numeric/integer_write.hpp"
 
@@ -70,6 +71,11 @@ template <class Integer>
   if (charset::is_multibyte(attributes)) [[unlikely]] {
     return parse_with<Integer>(MultibyteCursor(*attributes, text));
   }
+  if constexpr (sizeof(Integer) >= sizeof(int32_t)) {
+    Integer value;
+    if (numeric::read_plain_integer(text.data, text.length, value)) [[likely]]
+      return {value, COM_PARSE_NUMBER};
+  }
   return parse_with<Integer>(numeric::ByteCursor(text.data, text.length));
 }
 
@@ -103,6 +109,14 @@ template <class Type>
 
 template <class Type>
 [[nodiscard]] Reading<Type> read_number(Text text, const com_charattr* attributes) {
+  if constexpr (std::is_same_v<Type, type::flt8>) {
+    const bool is_short = text.length > 0 && text.length <= numeric::kPlainFloatBytes;
+    if (is_short && !charset::is_multibyte(attributes)) [[likely]] {
+      const auto plain = numeric::read_plain_float(text.data, text.data + text.length);
+      if (plain.is_plain) [[likely]]
+        return {plain.value, CS_SUCCEED, true};
+    }
+  }
   if constexpr (std::is_same_v<Type, type::flt4>) {
     return read_flt4(text, attributes);
   } else if constexpr (std::is_same_v<Type, type::flt8>) {
@@ -163,10 +177,11 @@ private:
 };
 
 template <class Type>
-using NumberText = std::conditional_t<is_float<Type>, FloatText, numeric::IntegerText>;
+using NumberText = std::conditional_t<is_float<Type>, FloatText, numeric::IntegerText<Value<Type>>>;
 
 // Delivers a number that does not fit a char destination: "*" where there is room for it.
-int32_t deliver_overflow_marker(const Call& call, int32_t length);
+int32_t deliver_overflow_marker(const comn_datafmt& format, int32_t length, void* destination,
+                                int32_t& output_length);
 
 template <class NumberText>
 int32_t deliver_char(const Call& call, const NumberText& text) {
@@ -174,11 +189,12 @@ int32_t deliver_char(const Call& call, const NumberText& text) {
   const int32_t capacity = destination_capacity(call);
   const int32_t length = text.length();
   if (!text_fits(length, capacity, format.format)) [[unlikely]] {
-    return deliver_overflow_marker(call, length);
+    return deliver_overflow_marker(format, length, call.destination, *call.output_length);
   }
   text.write(static_cast<char*>(call.destination));
   *call.output_length = length;
-  return complete_text(format, length, call.destination, *call.output_length);
+  return complete_fitting_text(format.format, capacity, static_cast<uint8_t*>(call.destination),
+                               *call.output_length);
 }
 
 // Every number fits a varchar record, its terminator included.

@@ -43,13 +43,20 @@ constexpr uint32_t value_of_eight_digits(uint64_t word) {
 // The eight digits of a number below 10^8, one a byte as values 0 .. 9 (add "00000000" for text).
 // Halves the number three times, each time all parts at once; the multipliers are reciprocals that
 // are exact for the parts' ranges: 10486 / 2^20 = 1 / 99.998 below 10^4, 103 / 2^10 = 1 / 9.94
-// below 100. Source: P. Khuong, "How to print integers really fast" (2017).
+// below 100. Quotient q and remainder v - d * q are joined by one product: q + ((v - d * q) << s)
+// is (v << s) - q * ((d << s) - 1). Source: P. Khuong, "How to print integers really fast" (2017).
 constexpr uint64_t eight_digits_of(uint32_t value) {
-  const uint64_t fours = value / 10'000 | (uint64_t{value % 10'000} << 32);
+  const uint64_t fours = (uint64_t{value} << 32) - value / 10'000 * ((uint64_t{10'000} << 32) - 1);
   const uint64_t hundreds = ((fours * 10'486) >> 20) & 0x0000007F0000007F;
-  const uint64_t pairs = hundreds | ((fours - 100 * hundreds) << 16);
+  const uint64_t pairs = (fours << 16) - hundreds * ((100 << 16) - 1);
   const uint64_t tens = ((pairs * 103) >> 10) & 0x000F000F000F000F;
-  return tens | ((pairs - 10 * tens) << 8);
+  return (pairs << 8) - tens * ((10 << 8) - 1);
+}
+
+// The two digits of a number below 100, in the same way.
+constexpr uint32_t two_digits_of(uint32_t value) {
+  const uint32_t tens = (value * 103) >> 10;
+  return (value << 8) - tens * ((10 << 8) - 1);
 }
 
 static_assert(are_eight_digits(0x3938373635343330) && !are_eight_digits(0x393837363534333A));

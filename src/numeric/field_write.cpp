@@ -18,7 +18,7 @@ int32_t put_trailing(char* out, int32_t length, char trailing) {
 }  // namespace
 
 int32_t write_number(int32_t value, char* out, int32_t width) {
-  const IntegerText text(value);
+  const IntegerText<int32_t> text(value);
   if (width > 0 && text.length() > width) {
     *out = '*';
     return 1;
@@ -29,7 +29,7 @@ int32_t write_number(int32_t value, char* out, int32_t width) {
 
 int32_t write_field(char* out, int32_t value, char trailing, int32_t width) {
   char digits[kMaxIntegerText];
-  const IntegerText text(value);
+  const IntegerText<int32_t> text(value);
   text.write(digits);
   // A width of the smallest integer has no positive counterpart in 32 bits.
   const int64_t field = width < 0 ? -int64_t{width} : int64_t{width};

@@ -31,7 +31,7 @@ constexpr uint64_t nearest_double(uint64_t significand, bool inexact, int64_t ex
   const int zeros = significand >> 63 == 0;
   significand = significand << zeros | uint64_t{inexact};
   int64_t exponent_field = exponent - zeros + 63 + kExponentBias;
-  if (exponent_field > 2 * kExponentBias) [[unlikely]]
+  if (exponent_field > int64_t{2} * kExponentBias) [[unlikely]]
     return kInfinityBits;
   if (exponent_field <= 0) [[unlikely]] {
     const int64_t excess = exponent_field < -62 ? 63 : 1 - exponent_field;
@@ -67,16 +67,16 @@ inline constexpr double kExactPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5
 
 // The same for a number of at most 19 digits.
 inline uint64_t nearest_double(uint64_t significand, int64_t exponent) {
+  if (exponent >= -22 && exponent <= 22 && significand <= uint64_t{1} << 53) {
+    const double exact = static_cast<double>(static_cast<int64_t>(significand));
+    return std::bit_cast<uint64_t>(exponent < 0 ? exact / kExactPowersOfTen[-exponent]
+                                                : exact * kExactPowersOfTen[exponent]);
+  }
+
   // Below the first exponent all numbers are less than half the least double (see kLeastPower).
   if (significand == 0 || exponent < kLeastPower) return 0;
   if (exponent > 308) return kInfinityBits;
   const int q = static_cast<int>(exponent);
-
-  if (q >= -22 && q <= 22 && significand <= uint64_t{1} << 53) {
-    const double exact = static_cast<double>(significand);
-    return std::bit_cast<uint64_t>(q < 0 ? exact / kExactPowersOfTen[-q]
-                                         : exact * kExactPowersOfTen[q]);
-  }
 
   // The number lies between the product and two units more; only when those carry into the upper
   // word does it matter how much.

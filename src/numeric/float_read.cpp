@@ -42,8 +42,11 @@ struct Digits {
 
 // Appends the decimal digits at `text` to a value, modulo 2^64.
 inline Digits read_digits(uint64_t value, const char* text, const char* end) {
-  for (; text != end && is_digit(*text); ++text)
-    value = value * 10 + static_cast<uint64_t>(*text - '0');
+  for (; text != end; ++text) {
+    const auto digit = static_cast<unsigned>(*text) - '0';
+    if (digit > 9) break;
+    value = value * 10 + digit;
+  }
   return {value, text};
 }
 
@@ -116,14 +119,14 @@ DecimalNumber gather_long_number(const char* begin, const char* point, const cha
   return number;
 }
 
-Magnitude read_long_decimal(const char* begin, const char* point, const char* end,
-                            Exponent exponent) {
+[[gnu::noinline]] Magnitude read_long_decimal(const char* begin, const char* point, const char* end,
+                                              Exponent exponent) {
   DecimalNumber number = gather_long_number(begin, point, end);
   number.exponent += exponent.value;
   return rounded(nearest_double(number), number.significand == 0, exponent.end);
 }
 
-inline Magnitude read_decimal(const char* begin, const char* end) {
+[[gnu::always_inline]] inline Magnitude read_decimal(const char* begin, const char* end) {
   Digits digits = read_digits(0, begin, end);
   const char* const point = digits.end;
   int64_t count = point - begin;
@@ -200,6 +203,13 @@ Magnitude read_magnitude(const char* text, const char* end) {
 }
 
 }  // namespace
+
+PlainFloat read_plain_float(const char* begin, const char* end) {
+  const bool negative = *begin == '-';
+  const Magnitude number = read_decimal(begin + (negative ? 1 : 0), end);
+  return {std::bit_cast<double>(number.bits | uint64_t{negative} << 63),
+          number.end == end && number.range == FloatRange::kWithin};
+}
 
 FloatParse parse_float(const char* begin, const char* end) {
   const char* text = begin;

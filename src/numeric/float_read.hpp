@@ -25,4 +25,14 @@ struct FloatParse {
 // gives 0. Nothing outside [begin, end) is read.
 FloatParse parse_float(const char* begin, const char* end);
 
+struct PlainFloat {
+  double value;
+  bool is_plain;
+};
+
+// The short way of parse_float for what nearly every text is: at most a "-", then a decimal number
+// in range up to the end. The text has 1 to kPlainFloatBytes bytes.
+inline constexpr int kPlainFloatBytes = 32;  // seventeen digits and an exponent take up to 24
+PlainFloat read_plain_float(const char* begin, const char* end);
+
 }  // namespace tvx::numeric

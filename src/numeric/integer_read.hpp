@@ -1,10 +1,11 @@
 // Integers read from text: blanks, one sign, digits, blanks.
 //
 // The grammar is written once over a cursor, which delivers the text's characters as single bytes;
-// a multibyte text has a cursor of its own. Where the text is plain bytes, eight digits are taken
+// a multibyte text has a cursor of its own. Plain numbers have a short way that takes eight digits
 // at a time.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <limits>
 #include <type_traits>
@@ -31,16 +32,6 @@ public:
   [[nodiscard]] uint8_t character() const { return *at_; }
   void advance() { ++at_; }
 
-  // Takes the next eight characters when all are digits, as a number below 10^8.
-  [[nodiscard]] bool take_eight_digits(uint64_t& number) {
-    if (end_ - at_ < 8) return false;
-    const uint64_t word = load_eight(reinterpret_cast<const char*>(at_));
-    if (!are_eight_digits(word)) return false;
-    number = value_of_eight_digits(word);
-    at_ += 8;
-    return true;
-  }
-
 private:
   const uint8_t* at_;
   const uint8_t* end_;
@@ -61,11 +52,39 @@ template <class Integer>
 
 }  // namespace detail
 
+// The short way of parse_integer for what nearly every text is: at most a "-", then digits up to
+// the end, a number in range. Returns whether the text is of that kind; otherwise `value` is left
+// alone.
+template <class Integer>
+[[nodiscard]] inline bool read_plain_integer(const char* text, int32_t length, Integer& value) {
+  using Limits = std::numeric_limits<Integer>;
+  constexpr int most_digits = std::min(Limits::digits10 + 1, 19);  // 10^19 < 2^64
+  if (length <= 0) return false;
+  const char* const end = text + length;
+  const bool negative = Limits::is_signed && *text == '-';
+  text += negative ? 1 : 0;
+  if (text == end || end - text > most_digits) return false;
+  uint64_t magnitude = 0;
+  for (int eights = most_digits / 8; eights > 0 && end - text >= 8; --eights) {
+    const uint64_t word = load_eight(text);
+    if (!are_eight_digits(word)) return false;
+    magnitude = magnitude * 100'000'000 + value_of_eight_digits(word);
+    text += 8;
+  }
+  for (; text != end; ++text) {
+    const auto digit = static_cast<unsigned>(*text) - '0';
+    if (digit > 9) return false;
+    magnitude = magnitude * 10 + digit;
+  }
+  if (magnitude > static_cast<uint64_t>(Limits::max()) + (negative ? 1 : 0)) return false;
+  value = static_cast<Integer>(negative ? 0 - magnitude : magnitude);
+  return true;
+}
+
 // Reads a 4- or 8-byte integer. An unsigned type takes no "-".
 template <class Integer, class Cursor>
 [[nodiscard]] IntegerParse<Integer> parse_integer(Cursor cursor) {
   constexpr auto largest = static_cast<uint64_t>(std::numeric_limits<Integer>::max());
-  constexpr uint64_t eight_digits = 100'000'000;
   if (cursor.done()) return {0, COM_PARSE_EMPTY};
 
   bool negative = false;
@@ -84,13 +103,6 @@ template <class Integer, class Cursor>
   const uint64_t last_digit = largest % 10 + (negative ? 1 : 0);  // of the largest magnitude
   uint64_t magnitude = 0;
   const auto value = [&] { return static_cast<Integer>(negative ? 0 - magnitude : magnitude); };
-  if constexpr (std::is_same_v<Cursor, ByteCursor>) {
-    uint64_t chunk;
-    while (magnitude <= (largest - (eight_digits - 1)) / eight_digits &&
-           cursor.take_eight_digits(chunk)) {
-      magnitude = magnitude * eight_digits + chunk;
-    }
-  }
   for (; !cursor.done(); cursor.advance()) {
     const auto digit = static_cast<uint64_t>(cursor.character()) - '0';
     if (digit > 9) break;

@@ -88,10 +88,10 @@ void set_abort_mode(int32_t mode) {
   abort_mode.store(mode, std::memory_order_relaxed);
 }
 
-void print_trace(int32_t code, const char* file, int32_t line) {
+int32_t print_trace(int32_t code, const char* file, int32_t line) {
   const bool expected =
       std::find(kExpectedCodes.begin(), kExpectedCodes.end(), code) != kExpectedCodes.end();
-  if (trace_level.load(std::memory_order_relaxed) == kTraceFailures && expected) return;
+  if (trace_level.load(std::memory_order_relaxed) == kTraceFailures && expected) return code;
 
   require_pointer(file);
   const char* slash = std::strrchr(file, '/');
@@ -103,6 +103,7 @@ void print_trace(int32_t code, const char* file, int32_t line) {
   } else {
     debug_print("(%ld) file %s, line %d\n", static_cast<long>(code), short_file, line);
   }
+  return code;
 }
 
 }  // namespace tvx::runtime

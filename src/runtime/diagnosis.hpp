@@ -34,13 +34,14 @@ inline constexpr int32_t kTraceAll = 3;
 // Process-wide, set before threads start; atomic only so that reading it is never a data race.
 extern std::atomic<int32_t> trace_level;
 
-void print_trace(int32_t code, const char* file, int32_t line);
+// Returns the code, so that the trace point can end in this call.
+int32_t print_trace(int32_t code, const char* file, int32_t line);
 
 // The trace point: one load and one predictable branch while nothing is traced.
 inline int32_t traced(int32_t code, const char* file = __builtin_FILE(),
                       int32_t line = __builtin_LINE()) {
   if (trace_level.load(std::memory_order_relaxed) != kTraceNothing) [[unlikely]]
-    print_trace(code, file, line);
+    return print_trace(code, file, line);
   return code;
 }
 

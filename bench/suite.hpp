@@ -1,0 +1,128 @@
+// Side-by-side timing. A comparison runs one routine of the library and its peers over the same
+// random values; its row in the report is their times an item and the ratio of ours to the fastest
+// peer. To add one, call Suite::compare from a function that main.cpp lists:
+//
+//   suite.compare({"i4 to char", 1.0}, random_integers<int32_t>(), std::equal_to<>(), ours,
+//                 Peer{"std::to_chars", theirs});
+//
+// where `ours` and `theirs` are functions that return the text of an integer.
+#pragma once
+
+#include <benchmark/benchmark.h>
+
+#include <cstdint>
+#include <iostream>
+#include <memory>
+#include <optional>
+#include <random>
+#include <string>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+namespace tvx::bench {
+
+// ---- Values ------------------------------------------------------------------------------------
+
+inline constexpr size_t kValues = 4096;
+
+// The values that `make` draws from a generator, the same ones in every run.
+template <class Make>
+auto random_values(Make make) {
+  std::mt19937_64 generator(20'240'229);
+  std::vector<std::decay_t<decltype(make(generator))>> values;
+  values.reserve(kValues);
+  while (values.size() < kValues) values.push_back(make(generator));
+  return values;
+}
+
+// Uniform over the range of the type.
+template <class Integer>
+std::vector<Integer> random_integers() {
+  return random_values([](auto& generator) { return static_cast<Integer>(generator()); });
+}
+
+// ---- Comparisons -------------------------------------------------------------------------------
+
+// A peer: its name, and a function of one value that returns what ours returns.
+template <class Function>
+struct Peer {
+  const char* name;
+  Function function;
+};
+template <class Function>
+Peer(const char*, Function) -> Peer<Function>;
+
+inline constexpr std::nullopt_t kInformative = std::nullopt;  // no ratio is wanted
+
+struct Title {
+  std::string name;
+  std::optional<double> wanted;  // the greatest ratio of ours to the fastest peer
+};
+
+struct Comparison {
+  Title title;
+  std::vector<std::string> sides;  // ours first
+
+  // The name under which a side is timed, filtered and reported.
+  [[nodiscard]] std::string run_name(const std::string& side) const {
+    return title.name + "/" + side;
+  }
+};
+
+class Suite {
+public:
+  // Registers the timing of `ours` and of every peer over `values`. Before that each peer's results
+  // are held against ours: `agree` tells of two results whether they are the same.
+  template <class Value, class Agree, class Ours, class... Peers>
+  void compare(Title title, std::vector<Value> values, Agree agree, Ours ours,
+               Peer<Peers>... peers) {
+    static_assert(sizeof...(peers) > 0);
+    const auto shared = std::make_shared<const std::vector<Value>>(std::move(values));
+    Comparison& comparison = comparisons_.emplace_back(Comparison{std::move(title), {}});
+    (check(comparison, *shared, agree, ours, peers), ...);
+    add_side(comparison, "ours", shared, ours);
+    (add_side(comparison, peers.name, shared, peers.function), ...);
+  }
+
+  [[nodiscard]] const std::vector<Comparison>& comparisons() const { return comparisons_; }
+  [[nodiscard]] bool all_agree() const { return all_agree_; }
+
+private:
+  template <class Value, class Agree, class Ours, class PeerFunction>
+  void check(const Comparison& comparison, const std::vector<Value>& values, Agree agree, Ours ours,
+             Peer<PeerFunction> peer) {
+    for (size_t i = 0; i < values.size(); ++i) {
+      if (agree(ours(values[i]), peer.function(values[i]))) continue;
+      std::cerr << comparison.title.name << ": ours and " << peer.name << " differ on value " << i
+                << ", " << values[i] << '\n';
+      all_agree_ = false;
+      return;
+    }
+  }
+
+  template <class Value, class Function>
+  void add_side(Comparison& comparison, const char* name,
+                const std::shared_ptr<const std::vector<Value>>& values, Function function) {
+    comparison.sides.emplace_back(name);
+    benchmark::RegisterBenchmark(comparison.run_name(name).c_str(),
+                                 [values, function](benchmark::State& state) mutable {
+                                   for ([[maybe_unused]] auto iteration : state) {
+                                     for (const Value& value : *values) {
+                                       auto result = function(value);
+                                       benchmark::DoNotOptimize(result);
+                                     }
+                                   }
+                                 });
+  }
+
+  std::vector<Comparison> comparisons_;
+  bool all_agree_ = true;
+};
+
+// ---- The comparisons there are -----------------------------------------------------------------
+
+void compare_number_text(Suite& suite);
+void compare_scalar_pairs(Suite& suite);
+
+}  // namespace tvx::bench
