@@ -1,0 +1,26 @@
+// The command line: the four commands, and what they share in reading their arguments.
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <string>
+#include <vector>
+
+namespace tvx::tool {
+
+using Arguments = std::vector<std::string>;
+
+// Each runs one command with the arguments that follow its name, returns the exit status, and
+// throws Failure.
+int run_convert(const Arguments& arguments);
+int run_csv(const Arguments& arguments);
+int run_table(const Arguments& arguments);
+int run_types(const Arguments& arguments);
+
+// Reads the arguments into the options of `app`. Returns false when they asked for help, which has
+// then been printed; throws Failure at a mistake.
+[[nodiscard]] bool read_arguments(CLI::App& app, const Arguments& arguments);
+
+// The values given to a positional option, as they stand on the command line.
+[[nodiscard]] Arguments plain_values(const CLI::Option& option);
+
+}  // namespace tvx::tool

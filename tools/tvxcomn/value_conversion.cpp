@@ -1,0 +1,143 @@
+#include "value_conversion.hpp"
+
+#include <algorithm>
+#include <cstring>
+
+#include "failure.hpp"
+#include "result_names.hpp"
+#include "tvxcomn/dispatch.h"
+
+namespace tvx::tool {
+
+namespace {
+
+constexpr DataType kChar{TVX_TYPE_CHAR};
+
+// More than the fixed-size types and the text of any number or date take, so that a library that
+// writes a fixed-size value into a type of open size (int20, the locators) stays inside.
+constexpr std::size_t kRoomOfAnyFixedType = 1024;
+
+// No conversion makes more of a byte than two hexadecimal digits or one UTF-16 code unit.
+constexpr std::size_t kLargestGrowth = 2;
+
+comn_datafmt format_of(const DataType& type, uint32_t flags) {
+  comn_datafmt format{};
+  format.datatype = type.code;
+  format.format = flags;
+  format.maxlength = type.maxlength.value_or(comn_typelen(type.code, 0));
+  const int32_t otherwise = is_exact_numeric(type.code) ? CS_TAKE_FROM_SOURCE : 0;
+  format.precision = type.precision.value_or(otherwise);
+  format.scale = type.scale.value_or(otherwise);
+  return format;
+}
+
+std::string list_types(const std::vector<int32_t>& codes) {
+  std::string list;
+  for (const int32_t code : codes) {
+    if (!list.empty()) list += ", ";
+    list += type_name(code);
+  }
+  return list.empty() ? "no type" : list;
+}
+
+bool makes_round_trip(comn_context* context, int32_t code) {
+  return com_conv_func(context, TVX_TYPE_CHAR, code) != nullptr && TextForm(context, code).exists();
+}
+
+std::string round_trip_types(comn_context* context) {
+  std::vector<int32_t> codes;
+  for (int32_t code = 0; code < kTypeCount; ++code) {
+    if (makes_round_trip(context, code)) codes.push_back(code);
+  }
+  return list_types(codes);
+}
+
+}  // namespace
+
+Context open_context() {
+  comn_context* context = nullptr;
+  const int32_t result = comn_context_open(nullptr, COMN_CONTEXT_NO_LOCALISATION, &context);
+  if (result != CS_SUCCEED) {
+    throw Failure("the library does not start: " + result_name(result));
+  }
+  return Context(context);
+}
+
+std::string_view Value::bytes() const {
+  const auto delivered = static_cast<std::size_t>(std::max(length, 0));
+  return {storage.data(), std::min(delivered, storage.size())};
+}
+
+bool is_empty(int32_t code, std::string_view value) {
+  if (code == TVX_TYPE_VARCHAR || code == TVX_TYPE_VARBIN) {
+    uint16_t length = 0;
+    std::memcpy(&length, value.data(), std::min(value.size(), sizeof length));
+    return length == 0;
+  }
+  return has_open_size(code) && code != TVX_TYPE_NULL23 && value.empty();
+}
+
+Conversion::Conversion(comn_context* context, const DataType& source, const DataType& destination,
+                       uint32_t flags)
+    : context_(context),
+      routine_(com_conv_func(context, source.code, destination.code)),
+      source_(format_of(source, 0)),
+      destination_(format_of(destination, flags)),
+      room_follows_source_(has_open_size(destination.code) && !destination.maxlength) {}
+
+int32_t Conversion::run(std::string_view source, Value& destination) {
+  source_.maxlength = static_cast<int32_t>(source.size());
+  if (room_follows_source_) {
+    destination_.maxlength =
+        static_cast<int32_t>(kLargestGrowth * source.size() + kRoomOfAnyFixedType);
+  }
+  const std::size_t room =
+      std::max(static_cast<std::size_t>(destination_.maxlength), kRoomOfAnyFixedType);
+  if (destination.storage.size() < room) destination.storage.resize(room);
+  destination.length = 0;
+  return routine_(context_, &source_, source.data(), &destination_, destination.storage.data(),
+                  &destination.length);
+}
+
+TextForm::TextForm(comn_context* context, int32_t code)
+    : code_(code), to_char_(context, DataType{code}, kChar) {}
+
+bool TextForm::exists() const {
+  return is_text(code_) || to_char_.exists();
+}
+
+int32_t TextForm::of(std::string_view value, std::string_view& text) {
+  if (is_text(code_) || is_empty(code_, value)) {
+    text = is_text(code_) ? value : std::string_view();
+    return CS_SUCCEED;
+  }
+  const int32_t result = to_char_.run(value, buffer_);
+  if (succeeded(result)) text = buffer_.bytes();
+  return result;
+}
+
+RoundTrip::RoundTrip(comn_context* context, const DataType& type)
+    : from_char_(context, kChar, type), text_form_(context, type.code) {
+  if (from_char_.exists() && text_form_.exists()) return;
+  const std::string name(type_name(type.code));
+  throw Failure("there is no conversion from " +
+                (from_char_.exists() ? name + " back to char" : "char to " + name) +
+                "; use one of " + round_trip_types(context));
+}
+
+RoundTrip::Outcome RoundTrip::convert(std::string_view text) {
+  Outcome outcome{};
+  outcome.result = from_char_.run(text, typed_);
+  if (succeeded(outcome.result)) outcome.result = text_form_.of(typed_.bytes(), outcome.text);
+  return outcome;
+}
+
+std::string destinations_of(comn_context* context, int32_t source) {
+  std::vector<int32_t> codes;
+  for (int32_t code = 0; code < kTypeCount; ++code) {
+    if (com_conv_func(context, source, code) != nullptr) codes.push_back(code);
+  }
+  return list_types(codes);
+}
+
+}  // namespace tvx::tool
