@@ -19,16 +19,24 @@ namespace detail {
 inline constexpr uint32_t kTenTo8 = 100'000'000;
 inline constexpr uint64_t kZeros = 0x3030303030303030;
 
+constexpr std::array<uint64_t, 20> make_powers_of_ten() {
+  std::array<uint64_t, 20> powers{1};
+  for (size_t i = 1; i < powers.size(); ++i) powers[i] = powers[i - 1] * 10;
+  return powers;
+}
+
 // By a number of digits, the least value that has more: 0 for none, then 10, 100, ... 10^19.
 constexpr std::array<uint64_t, 20> make_least_longer() {
-  std::array<uint64_t, 20> values{};
-  for (size_t i = 1; i < values.size(); ++i) values[i] = i == 1 ? 10 : values[i - 1] * 10;
+  auto values = make_powers_of_ten();
+  values[0] = 0;
   return values;
 }
 
 inline constexpr auto kLeastLonger = make_least_longer();
 
 }  // namespace detail
+
+inline constexpr auto kPowersOfTen = detail::make_powers_of_ten();  // 10^0 to 10^19
 
 // Decimal digits of a value, 1 for 0. 1233 / 4096 is just above log10(2), so the product is the
 // number of digits or one less for every bit length up to 64.
