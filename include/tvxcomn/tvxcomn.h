@@ -7,6 +7,7 @@
 #include "tvxcomn/datatypes.h"
 #include "tvxcomn/diagnosis.h"
 #include "tvxcomn/dispatch.h"
+#include "tvxcomn/money.h"
 #include "tvxcomn/null.h"
 #include "tvxcomn/numbertext.h"
 #include "tvxcomn/numeric.h"

@@ -4,7 +4,9 @@
 
 #include <algorithm>
 
+#include "api/money_served.hpp"
 #include "api/numbertext_served.hpp"
+#include "api/numeric_served.hpp"
 #include "api/scalar_served.hpp"
 #include "convert/null_values.hpp"
 
@@ -18,8 +20,9 @@ constexpr std::array kNullServed{
     Served{convert::kNullSource, convert::kNullDestinations, convert::null_to_any}};
 constexpr int kNullPairs = 37;
 
-constexpr auto kServed = all_of(kScalarServed, kNumberTextServed, kNullServed);
-constexpr int kPairs = kScalarPairs + kNumberTextPairs + kNullPairs;
+constexpr auto kServed =
+    all_of(kScalarServed, kNumberTextServed, kNumericServed, kMoneyServed, kNullServed);
+constexpr int kPairs = kScalarPairs + kNumberTextPairs + kNumericPairs + kMoneyPairs + kNullPairs;
 
 // The table as it comes together, and whether each cell is claimed once. The claims are marked
 // beside the table, since not every compiler compares the addresses of functions at compile time.

@@ -24,16 +24,18 @@
 #define TVX_TO_EACH_SCALAR(X, S) \
   X(S, bit) X(S, i1) X(S, i2) X(S, i4) X(S, i8) X(S, ui2) X(S, ui4) X(S, ui8) X(S, flt4) X(S, flt8)
 
+// The sources whose conversions are exported, and those that are reached through the table.
+#define TVX_EACH_EXPORTED(X) X(bit) X(i1) X(i2) X(i4) X(i8) X(flt4) X(flt8)
+#define TVX_EACH_UNSIGNED(X) X(ui2) X(ui4) X(ui8)
+
+// All pairs with such a source.
+#define TVX_FROM_EACH_EXPORTED(X)                                               \
+  TVX_TO_EACH_SCALAR(X, bit)                                                    \
+  TVX_TO_EACH_SCALAR(X, i1)                                                     \
+  TVX_TO_EACH_SCALAR(X, i2) TVX_TO_EACH_SCALAR(X, i4) TVX_TO_EACH_SCALAR(X, i8) \
+      TVX_TO_EACH_SCALAR(X, flt4) TVX_TO_EACH_SCALAR(X, flt8)
 #define TVX_FROM_EACH_UNSIGNED(X) \
   TVX_TO_EACH_SCALAR(X, ui2) TVX_TO_EACH_SCALAR(X, ui4) TVX_TO_EACH_SCALAR(X, ui8)
-
-// The sources whose conversions are exported; the unsigned ones are reached through the table.
-#define TVX_FROM_EACH_EXPORTED(X) \
-  TVX_TO_EACH_SCALAR(X, bit)      \
-  TVX_TO_EACH_SCALAR(X, i1)       \
-  TVX_TO_EACH_SCALAR(X, i2)       \
-  TVX_TO_EACH_SCALAR(X, i4)       \
-  TVX_TO_EACH_SCALAR(X, i8) TVX_TO_EACH_SCALAR(X, flt4) TVX_TO_EACH_SCALAR(X, flt8)
 
 // The numbers that are written as text: all scalars but bit, whose text has a rule of its own.
 #define TVX_EXPORTED_NUMBERS(X, T) X(i1, T) X(i2, T) X(i4, T) X(i8, T) X(flt4, T) X(flt8, T)
