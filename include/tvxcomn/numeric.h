@@ -45,6 +45,10 @@ TVXCOMN_API const uint8_t* comb_get_Byte_Power_ptr(int32_t exponent, int32_t ind
 TVXCOMN_API double comb_get_Flt_Power(int32_t index);
 TVXCOMN_API double comb_get_Flt_256(int32_t index);
 
+/* The address of a row, 0 to 255, of the key table of the legacy credential encoding: 33 bytes. Any
+ * other index is a fatal usage error. */
+TVXCOMN_API const uint8_t* comb_get_Netkey(int32_t index);
+
 /* ---- Arithmetic on records --------------------------------------------------------------- */
 
 /* Each sets the result's precision and scale, with pa, sa, pb, sb the operands':

@@ -121,7 +121,7 @@ int32_t traced_code(MoneyStatus status) {
 
 }  // namespace
 
-// ---- Arithmetic ---------------------------------------------------------------------------------
+// ---- Arithmetic --------------------------------------------------------------------------------
 
 #define BINARY(name, Stored, report, operation)                               \
   extern "C" int32_t name(const Stored* a, const Stored* b, Stored* result) { \
@@ -215,7 +215,7 @@ void comn_mnymaxneg(comn_money* value) {
   store(value, num::kMostNegativeMoney);
 }
 
-// ---- Digits -------------------------------------------------------------------------------------
+// ---- Digits ------------------------------------------------------------------------------------
 
 int32_t comn_mnydown(comn_money* value, int32_t divisor) {
   require_pointers(value);
@@ -250,7 +250,7 @@ void comn_mnyxdiv(const comn_money* dividend, const comn_money* divisor, comn_mo
   store(quotient, number == 0 ? Money{0} : num::divide_by_integer(load(dividend), number).quotient);
 }
 
-// ---- Other forms of an amount -------------------------------------------------------------------
+// ---- Other forms of an amount ------------------------------------------------------------------
 
 int32_t com__mny4tomny(const int32_t* source, comn_money* destination) {
   require_pointers(source, destination);
@@ -308,7 +308,7 @@ int32_t com__mnyfromchar_mb(comn_money* value, const char* text, int32_t length,
 
 }  // extern "C"
 
-// ---- Conversions --------------------------------------------------------------------------------
+// ---- Conversions -------------------------------------------------------------------------------
 
 #define CONVERSION(S, D) TVX_EXPORT_CONVERSION(comn_##S##to##D, money_routine<type::S, type::D>)
 #define BARE(S, D) TVX_EXPORT_BARE(comnb_##S##to##D, bare_money_routine<type::S, type::D>)

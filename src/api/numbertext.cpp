@@ -30,8 +30,7 @@ TVX_EXPORTED_NUMBERS(BARE_TO_TEXT, varchar)
 TVX_UNSIGNED_NUMBERS(BARE_TO_TEXT, char)
 TVX_UNSIGNED_NUMBERS(BARE_TO_TEXT, varchar)
 
-// ---- Hexadecimal text
-// -----------------------------------------------------------------------------
+// ---- Hexadecimal text --------------------------------------------------------------------------
 
 TVX_EXPORT_BARE(comnb_hextoi4, traced_bare_call<hex_to_integer<uint32_t>>)
 TVX_EXPORT_BARE(comnb_hextoi8, traced_bare_call<hex_to_integer<uint64_t>>)
@@ -42,8 +41,7 @@ TVX_EXPORT_BARE(comnb_i8tohex, traced_bare_call<integer_to_hex<uint64_t>>)
 TVX_EXPORT_BARE(comnb_ui4tohex, traced_bare_call<integer_to_hex<uint32_t>>)
 TVX_EXPORT_BARE(comnb_ui8tohex, traced_bare_call<integer_to_hex<uint64_t>>)
 
-// ---- Parsers
-// --------------------------------------------------------------------------------------
+// ---- Parsers -----------------------------------------------------------------------------------
 
 namespace {
 
@@ -97,8 +95,7 @@ int32_t com__conv2ascii(const char* text, int32_t length, char* out, int32_t cap
   return tvx::charset::map_to_ascii(text, length, out, capacity, attributes);
 }
 
-// ---- Field writers
-// --------------------------------------------------------------------------------
+// ---- Field writers -----------------------------------------------------------------------------
 
 int32_t com__itochar(int32_t value, char* destination, int32_t width) {
   rt::require_pointer(destination);

@@ -9,14 +9,14 @@
 #include "numeric/decimal_text.hpp"
 #include "numeric/precision.hpp"
 #include "runtime/diagnosis.hpp"
+#include "wire/key_table.hpp"
 
 namespace num = tvx::numeric;
 namespace rt = tvx::runtime;
 using num::Decimal;
 using num::DecimalStatus;
 
-// ---- Tables
-// --------------------------------------------------------------------------------------
+// ---- Tables ------------------------------------------------------------------------------------
 
 namespace {
 
@@ -84,10 +84,13 @@ double comb_get_Flt_256(int32_t /*index*/) {
   return 0.0;
 }
 
+const uint8_t* comb_get_Netkey(int32_t index) {
+  return entry(tvx::wire::key_table, index).data();
+}
+
 }  // extern "C"
 
-// ---- Arithmetic on records
-// --------------------------------------------------------------------------------------
+// ---- Arithmetic on records ---------------------------------------------------------------------
 
 namespace {
 
@@ -192,8 +195,7 @@ int32_t comn_numcmp(const comn_numeric* a, const comn_numeric* b) {
 
 }  // extern "C"
 
-// ---- Primitives on descriptors
-// --------------------------------------------------------------------------------------
+// ---- Primitives on descriptors -----------------------------------------------------------------
 
 namespace {
 
@@ -355,8 +357,7 @@ int32_t com__exctnume_cmp(const comnb_value* a, const comnb_value* b, int32_t mo
 
 }  // extern "C"
 
-// ---- Machine numbers and text
-// --------------------------------------------------------------------------------------
+// ---- Machine numbers and text ------------------------------------------------------------------
 
 namespace {
 

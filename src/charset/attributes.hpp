@@ -35,7 +35,7 @@ extern const com_charattr cp850_record;
   return record != nullptr && record->lengths != nullptr;
 }
 
-// ---- Length -------------------------------------------------------------------------------------
+// ---- Length ------------------------------------------------------------------------------------
 
 // The length in bytes of the character at `p`, of which `available` bytes (1 at least) may be read.
 // It may be more than those. Where only the first byte is there, the four-byte characters of a set
@@ -72,7 +72,7 @@ extern const com_charattr cp850_record;
   return record.lengths == nullptr ? 1 : record.lengths[*p] >> 4;
 }
 
-// ---- Class and case -----------------------------------------------------------------------------
+// ---- Class and case ----------------------------------------------------------------------------
 
 // One row of an attribute table.
 struct Entry {
@@ -118,7 +118,7 @@ struct Entry {
   return (entry(record, p, end).flags & COM_ATTR_SPACE) != 0;
 }
 
-// ---- ASCII form ---------------------------------------------------------------------------------
+// ---- ASCII form --------------------------------------------------------------------------------
 
 // The ASCII form of the character at `p`, 0 when it has none. Without a to-ASCII table this is the
 // lower-case form of a one-byte character, and a longer character has none.
@@ -140,7 +140,7 @@ struct Entry {
   return is_whole(record, p, end) ? to_ascii(record, p) : uint8_t{0};
 }
 
-// ---- Operations on a character or a text --------------------------------------------------------
+// ---- Operations on a character or a text -------------------------------------------------------
 
 // Write the upper-case (lower-case) form of the character at `source`, as long as the character
 // itself; one without such a form is copied. `destination` may be `source`.

@@ -58,7 +58,7 @@ struct mny4 {
   return numeric::money_format(context.date_format);
 }
 
-// ---- The amount of a source ---------------------------------------------------------------------
+// ---- The amount of a source --------------------------------------------------------------------
 
 template <class Source>
 [[nodiscard]] MoneyResult<Money> amount_of(const void* source) {
@@ -76,7 +76,7 @@ template <class Source>
   }
 }
 
-// ---- The destination of an amount ---------------------------------------------------------------
+// ---- The destination of an amount --------------------------------------------------------------
 
 // Stores an amount, or the limit on its side, and gives the result code. A status that the amount
 // brings along goes before its own.
@@ -117,7 +117,7 @@ int32_t hand_over(MoneyResult<Money> amount, Scalar, MoneyFormat format, void* d
   }
 }
 
-// ---- Pairs of money and a scalar or money type --------------------------------------------------
+// ---- Pairs of money and a scalar or money type -------------------------------------------------
 
 template <class Source, class Destination>
 int32_t money_routine(comn_context* context, const comn_datafmt* source_format, const void* source,
@@ -145,7 +145,7 @@ int32_t bare_money_routine(const comnb_context* context, const comnb_value* sour
                                    money_format(*context), destination->data));
 }
 
-// ---- Text towards money -------------------------------------------------------------------------
+// ---- Text towards money ------------------------------------------------------------------------
 
 // A text that is no amount has length 0.
 template <class Destination>
@@ -179,7 +179,7 @@ int32_t bare_text_to_money(const comnb_context* context, const comnb_value* sour
   return runtime::traced(code);
 }
 
-// ---- Money towards text -------------------------------------------------------------------------
+// ---- Money towards text ------------------------------------------------------------------------
 
 int32_t deliver_money_char(const Call& call, const MoneyText& text);
 int32_t deliver_bare_money_char(const BareCall& call, const MoneyText& text);
@@ -212,7 +212,7 @@ int32_t bare_money_to_text(const comnb_context* context, const comnb_value* sour
   }
 }
 
-// ---- Money and exact numerics -------------------------------------------------------------------
+// ---- Money and exact numerics ------------------------------------------------------------------
 
 int32_t deliver_money_num(const Call& call, Money amount);
 int32_t deliver_bare_money_num(const BareCall& call, Money amount);

@@ -16,8 +16,7 @@
 
 namespace tvx::convert {
 
-// ---- Kinds of text; named as the exported routines call them
-// -------------------------------------
+// ---- Kinds of text; named as the exported routines call them -----------------------------------
 
 namespace type {
 
@@ -35,8 +34,7 @@ struct text_varchar {
 
 }  // namespace type
 
-// ---- Reading
-// --------------------------------------------------------------------------------------
+// ---- Reading -----------------------------------------------------------------------------------
 
 // Single-byte equivalents of a multibyte text's characters, 0 where there is none.
 class MultibyteCursor {
@@ -159,8 +157,7 @@ int32_t bare_text_to_number(const comnb_context* context, const comnb_value* sou
   return runtime::traced(reading.code);
 }
 
-// ---- Writing
-// --------------------------------------------------------------------------------------
+// ---- Writing -----------------------------------------------------------------------------------
 
 // The text of a float: "%.17g" without a leading zero before the point, ".0" after digits alone.
 class FloatText {

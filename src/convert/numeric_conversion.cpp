@@ -90,8 +90,7 @@ TextReading read_text(Text text, const com_charattr* attributes, bool ends_at_ze
 
 }  // namespace
 
-// ---- Sources and destinations
-// ---------------------------------------------------------------------
+// ---- Sources and destinations ------------------------------------------------------------------
 
 int32_t check_type(NumericType wanted, bool source_may_decide) {
   const auto decided = [&](int32_t part) {
@@ -146,8 +145,7 @@ int32_t store_result(const BareCall& call, const Decimal& value, int32_t code) {
                                                                             : CS_CONV_OVERFLOW;
 }
 
-// ---- Numerics among themselves
-// --------------------------------------------------------------------
+// ---- Numerics among themselves -----------------------------------------------------------------
 
 int32_t num_to_num(const Call& call) {
   call.require_codes(kNumFamily, kNumFamily);
@@ -181,8 +179,7 @@ int32_t bare_num_to_num(const BareCall& call) {
   return store_result(call, value, code);
 }
 
-// ---- Numerics to text
-// -----------------------------------------------------------------------------
+// ---- Numerics to text --------------------------------------------------------------------------
 
 int32_t num_to_char(const Call& call) {
   call.require_codes(kNumFamily, kCharFamily);
@@ -246,8 +243,7 @@ int32_t bare_num_to_varchar(const BareCall& call) {
   return deliver_bare(call, false);
 }
 
-// ---- Text to numerics
-// -----------------------------------------------------------------------------
+// ---- Text to numerics --------------------------------------------------------------------------
 
 int32_t text_to_num(const Call& call, Text text) {
   const comn_datafmt& format = *call.destination_format;

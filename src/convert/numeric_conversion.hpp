@@ -21,8 +21,7 @@ template <class Source>
 inline constexpr CodeSet num_source_codes =
     std::is_same_v<Source, type::i8> ? kI8Family : Source::codes;
 
-// ---- Where a numeric comes from and goes to
-// -------------------------------------------------------
+// ---- Where a numeric comes from and goes to ----------------------------------------------------
 
 // Precision and scale as a destination asks for them.
 struct NumericType {
@@ -50,8 +49,7 @@ int32_t store_result(const Call& call, const numeric::Decimal& value, int32_t co
                      Reported reported);
 int32_t store_result(const BareCall& call, const numeric::Decimal& value, int32_t code);
 
-// ---- Scalars to numerics
-// --------------------------------------------------------------------------
+// ---- Scalars to numerics -----------------------------------------------------------------------
 
 // The numeric of a scalar under a destination's type. False when it has too many digits, which an
 // infinity and NaN count as; the value is zero then.
@@ -110,8 +108,7 @@ int32_t bare_scalar_to_num(const comnb_context* context, const comnb_value* sour
   return runtime::traced(store_result(call, value, fits ? CS_SUCCEED : CS_CONV_OVERFLOW));
 }
 
-// ---- Numerics to scalars
-// --------------------------------------------------------------------------
+// ---- Numerics to scalars -----------------------------------------------------------------------
 
 // The narrower types are reached by way of the nearest double and follow its rules; 8-byte integers
 // get the integer part exactly.
@@ -172,8 +169,7 @@ int32_t bare_num_to_scalar(const comnb_context* context, const comnb_value* sour
   return runtime::traced(code);
 }
 
-// ---- Numerics among themselves, and text
-// ----------------------------------------------------------
+// ---- Numerics among themselves, and text -------------------------------------------------------
 
 int32_t num_to_num(const Call& call);
 int32_t bare_num_to_num(const BareCall& call);

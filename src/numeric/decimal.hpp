@@ -43,7 +43,7 @@ constexpr bool exceeds_precision(const Uint256& magnitude, int32_t precision) {
          !is_less(magnitude, kWidePowersOfTen[static_cast<size_t>(precision)]);
 }
 
-// ---- Change of scale ----------------------------------------------------------------------------
+// ---- Change of scale ---------------------------------------------------------------------------
 
 // Multiplies a magnitude by 10^digits. Above 0: kInvalid from 78 on, kOverflow when the product
 // does not fit 256 bits, the magnitude being unspecified after both. Below 0: truncates,
@@ -92,7 +92,7 @@ constexpr void round_half_away(Decimal& value, int32_t scale) {
   if (value.is_zero()) value.negative = false;
 }
 
-// ---- Fields and records -------------------------------------------------------------------------
+// ---- Fields and records ------------------------------------------------------------------------
 
 constexpr bool is_field_length(int32_t length) {
   return length >= kMinFieldLength && length <= kMagnitudeBytes + 1;

@@ -34,7 +34,7 @@ const char* skip_digits(const char* at, const char* end) {
   return at;
 }
 
-// ---- Reading ------------------------------------------------------------------------------------
+// ---- Reading -----------------------------------------------------------------------------------
 
 // A run of digits without its leading zeros where they mean nothing.
 struct DigitRun {
@@ -115,12 +115,20 @@ private:
   }
 
   void flush() {
-    multiply_add(magnitude_, kPowersOfTen[word_digits_], word_);
+    uint64_t carry = word_;
+    for (size_t i = 0; i < used_; ++i) {
+      const Uint128 product =
+          static_cast<Uint128>(magnitude_.limb[i]) * kPowersOfTen[word_digits_] + carry;
+      magnitude_.limb[i] = static_cast<uint64_t>(product);
+      carry = static_cast<uint64_t>(product >> 64);
+    }
+    if (carry != 0) magnitude_.limb[used_++] = carry;  // 77 digits fit
     word_ = 0;
     word_digits_ = 0;
   }
 
   Uint256 magnitude_{};
+  size_t used_ = 0;  // words that are not zero, with those below them
   uint64_t word_ = 0;
   size_t word_digits_ = 0;
 };
@@ -223,7 +231,7 @@ DecimalStatus parse_decimal(std::string_view text, const DecimalTextRules& rules
              : DecimalStatus::kDone;
 }
 
-// ---- Writing ------------------------------------------------------------------------------------
+// ---- Writing -----------------------------------------------------------------------------------
 
 namespace {
 

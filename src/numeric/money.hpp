@@ -61,7 +61,7 @@ template <MoneyAmount Amount>
   return {Amount{0}, status};
 }
 
-// ---- Stored form --------------------------------------------------------------------------------
+// ---- Stored form -------------------------------------------------------------------------------
 
 // The record has the high word first, which is the 64-bit count with its halves exchanged.
 static_assert(std::endian::native == std::endian::little);
@@ -74,7 +74,7 @@ inline void store_money(void* record, Money value) {
   base::store(record, std::rotl(static_cast<uint64_t>(value.count), 32));
 }
 
-// ---- Magnitude ----------------------------------------------------------------------------------
+// ---- Magnitude ---------------------------------------------------------------------------------
 
 [[nodiscard]] constexpr uint64_t magnitude(Money value) {
   const auto bits = static_cast<uint64_t>(value.count);
@@ -97,7 +97,7 @@ inline void store_money(void* record, Money value) {
   return (magnitude + power / 2) / power;
 }
 
-// ---- Arithmetic ---------------------------------------------------------------------------------
+// ---- Arithmetic --------------------------------------------------------------------------------
 
 template <MoneyAmount Amount>
 [[nodiscard]] constexpr MoneyResult<Amount> add(Amount a, Amount b) {
@@ -168,7 +168,7 @@ struct MoneyDivision {
   return {signed_money(whole / divisor, value.count < 0), whole % divisor};
 }
 
-// ---- Other numbers ------------------------------------------------------------------------------
+// ---- Other numbers -----------------------------------------------------------------------------
 
 // An integer as an amount. kOverflow, with the limit on its side, when it is out of range.
 template <class Integer>

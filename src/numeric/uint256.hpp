@@ -75,7 +75,7 @@ constexpr bool is_less(const Uint256& a, const Uint256& b) {
   return (x < y) | ((x == y) & lower);
 }
 
-// ---- Sums ---------------------------------------------------------------------------------------
+// ---- Sums --------------------------------------------------------------------------------------
 
 // a += b; true when a carry leaves the upper end.
 constexpr bool add(Uint256& a, const Uint256& b) {
@@ -106,7 +106,7 @@ constexpr Uint256 with_sign(uint64_t sign, const Uint256& value) {
   return result;
 }
 
-// ---- Products -----------------------------------------------------------------------------------
+// ---- Products ----------------------------------------------------------------------------------
 
 // value = value * factor + addend; returns what is carried out of the upper end.
 template <size_t kLimbs>
@@ -143,7 +143,7 @@ constexpr bool narrow(const Uint512& wide, Uint256& value) {
   return (wide.limb[4] | wide.limb[5] | wide.limb[6] | wide.limb[7]) != 0;
 }
 
-// ---- Quotients ----------------------------------------------------------------------------------
+// ---- Quotients ---------------------------------------------------------------------------------
 
 // A divisor of one word, shifted up until its upper bit is set, with its reciprocal
 // floor((2^128 - 1) / divisor) - 2^64. Source of this and of the division by it: N. Moeller and
@@ -200,7 +200,7 @@ constexpr uint64_t divide(WideInteger<kLimbs>& value, const WordDivisor& by) {
 // Divides by any number but zero; true when the quotient does not fit, its lower half being stored.
 bool divide(const Uint512& dividend, const Uint256& divisor, Uint256& quotient, Uint256& remainder);
 
-// ---- Powers of ten ------------------------------------------------------------------------------
+// ---- Powers of ten -----------------------------------------------------------------------------
 
 inline constexpr int32_t kGreatestTen = 77;  // 10^77 < 2^256 < 10^78
 
@@ -253,7 +253,7 @@ constexpr int32_t decimal_digits(const Uint256& value) {
   return estimate + (value >= kWidePowersOfTen[static_cast<size_t>(estimate)] ? 1 : 0);
 }
 
-// ---- Bytes --------------------------------------------------------------------------------------
+// ---- Bytes -------------------------------------------------------------------------------------
 
 namespace detail {
 
