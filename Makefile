@@ -10,7 +10,7 @@
 PREFIX ?= /usr/local
 JOBS ?= $(shell nproc)
 
-PACKAGES = g++ cmake ninja-build libcli11-dev libgtest-dev pkg-config
+PACKAGES = g++ cmake ninja-build libcli11-dev libgtest-dev libboost-dev pkg-config
 BENCH_PACKAGES = libbenchmark-dev libfast-float-dev
 LINT_PACKAGES = clang-format clang-tidy
 

@@ -3,6 +3,7 @@
 #define TVXCOMN_TVXCOMN_H
 
 #include "tvxcomn/attributes.h"
+#include "tvxcomn/binary.h"
 #include "tvxcomn/context.h"
 #include "tvxcomn/datatypes.h"
 #include "tvxcomn/diagnosis.h"

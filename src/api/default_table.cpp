@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "api/binary_served.hpp"
 #include "api/money_served.hpp"
 #include "api/numbertext_served.hpp"
 #include "api/numeric_served.hpp"
@@ -20,9 +21,10 @@ constexpr std::array kNullServed{
     Served{convert::kNullSource, convert::kNullDestinations, convert::null_to_any}};
 constexpr int kNullPairs = 37;
 
-constexpr auto kServed =
-    all_of(kScalarServed, kNumberTextServed, kNumericServed, kMoneyServed, kNullServed);
-constexpr int kPairs = kScalarPairs + kNumberTextPairs + kNumericPairs + kMoneyPairs + kNullPairs;
+constexpr auto kServed = all_of(kScalarServed, kNumberTextServed, kNumericServed, kMoneyServed,
+                                kBinaryServed, kNullServed);
+constexpr int kPairs =
+    kScalarPairs + kNumberTextPairs + kNumericPairs + kMoneyPairs + kBinaryPairs + kNullPairs;
 
 // The table as it comes together, and whether each cell is claimed once. The claims are marked
 // beside the table, since not every compiler compares the addresses of functions at compile time.

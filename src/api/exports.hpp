@@ -29,12 +29,12 @@
 #define TVX_EACH_UNSIGNED(X) X(ui2) X(ui4) X(ui8)
 
 // All pairs with such a source.
-#define TVX_FROM_EACH_EXPORTED(X)                                                 \
-  TVX_TO_EACH_SCALAR(X, bit)                                                      \
-  TVX_TO_EACH_SCALAR(X, i1)                                                       \
-  TVX_TO_EACH_SCALAR(X, i2)                                                       \
-  TVX_TO_EACH_SCALAR(X, i4) TVX_TO_EACH_SCALAR(X, i8) TVX_TO_EACH_SCALAR(X, flt4) \
-      TVX_TO_EACH_SCALAR(X, flt8)
+#define TVX_FROM_EACH_EXPORTED(X) \
+  TVX_TO_EACH_SCALAR(X, bit)      \
+  TVX_TO_EACH_SCALAR(X, i1)       \
+  TVX_TO_EACH_SCALAR(X, i2)       \
+  TVX_TO_EACH_SCALAR(X, i4)       \
+  TVX_TO_EACH_SCALAR(X, i8) TVX_TO_EACH_SCALAR(X, flt4) TVX_TO_EACH_SCALAR(X, flt8)
 #define TVX_FROM_EACH_UNSIGNED(X) \
   TVX_TO_EACH_SCALAR(X, ui2) TVX_TO_EACH_SCALAR(X, ui4) TVX_TO_EACH_SCALAR(X, ui8)
 

@@ -83,19 +83,20 @@ int32_t traced_bare_call(const comnb_context* context, const comnb_value* source
   return runtime::traced(function({context, source, destination}));
 }
 
-// A text as a source delivers it.
+// A text, or binary data, as a source delivers it.
 struct Text {
   const char* data;
   int32_t length;  // bytes
 };
 
-// The text of a char family source, at least one byte long.
+// The text of a char family source, or the data of a bin family one, at least one byte long.
 [[nodiscard]] inline Text char_source(const Call& call) {
   runtime::require(call.source_format->maxlength >= 1);
   return {static_cast<const char*>(call.source), call.source_format->maxlength};
 }
 
-// The text of a varchar record. A length that the record cannot hold is as fatal as none.
+// The text of a varchar record, or the data of a varbin one. A length that the record cannot hold
+// is as fatal as none.
 [[nodiscard]] inline Text varchar_source(const Call& call) {
   const auto length = base::load<int16_t>(call.source);
   runtime::require(length >= 1 && length <= kVarDataSize);

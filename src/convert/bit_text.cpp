@@ -1,6 +1,7 @@
 // Bit as the text "0" or "1", as a byte of binary data, and in varchar and varbin records.
 #include <algorithm>
 
+#include "convert/binary_copy.hpp"
 #include "convert/completion.hpp"
 #include "convert/scalar.hpp"
 
@@ -15,17 +16,6 @@ using Bit = type::bit;
   return static_cast<uint8_t>('0' + value);
 }
 
-int32_t bit_to_record(const Call& call, CodeSet destinations, uint8_t zero) {
-  call.require_codes(Bit::codes, destinations);
-  const auto value = base::load<uint8_t>(call.source);
-  if (!is_legal<Bit>(value)) return CS_CONV_DOMAIN;
-  auto* record = static_cast<uint8_t*>(call.destination);
-  base::store(record, static_cast<uint16_t>(kLength));
-  record[sizeof(uint16_t)] = static_cast<uint8_t>(zero + value);
-  *call.output_length = kVarRecordSize;
-  return CS_SUCCEED;
-}
-
 }  // namespace
 
 int32_t bit_to_char(const Call& call) {
@@ -38,23 +28,27 @@ int32_t bit_to_char(const Call& call) {
   return complete_text(*call.destination_format, kLength, call.destination, *call.output_length);
 }
 
-int32_t bit_to_bin(const Call& call) {
-  call.require_codes(Bit::codes, kBinFamily);
-  const int32_t capacity = destination_capacity(call);
+int32_t bit_to_varchar(const Call& call) {
+  call.require_codes(Bit::codes, kVarchar);
   const auto value = base::load<uint8_t>(call.source);
   if (!is_legal<Bit>(value)) return CS_CONV_DOMAIN;
-  *call.output_length = std::min(kLength, capacity);
-  if (capacity < kLength) return CS_CONV_TRUNCATED;
-  base::store(call.destination, value);
-  return complete_binary(*call.destination_format, call.destination, *call.output_length);
+  auto* record = static_cast<uint8_t*>(call.destination);
+  base::store(record, static_cast<uint16_t>(kLength));
+  record[sizeof(uint16_t)] = digit(value);
+  *call.output_length = kVarRecordSize;
+  return CS_SUCCEED;
 }
 
-int32_t bit_to_varchar(const Call& call) {
-  return bit_to_record(call, kVarchar, '0');
+int32_t bit_to_bin(const Call& call) {
+  call.require_codes(Bit::codes, kBinFamily);
+  if (!is_legal<Bit>(base::load<uint8_t>(call.source))) return CS_CONV_DOMAIN;
+  return fixed_to_bin(call, kLength);
 }
 
 int32_t bit_to_varbin(const Call& call) {
-  return bit_to_record(call, kVarbin, 0);
+  call.require_codes(Bit::codes, kVarbin);
+  if (!is_legal<Bit>(base::load<uint8_t>(call.source))) return CS_CONV_DOMAIN;
+  return fixed_to_varbin(call, kLength);
 }
 
 int32_t bare_bit_to_char(const BareCall& call) {

@@ -16,6 +16,16 @@ namespace tvx::convert {
 
 inline constexpr CodeSet kNumFamily{TVX_TYPE_NUM, TVX_TYPE_NUM17};
 
+namespace type {
+
+struct num {
+  using Value = comn_numeric;
+  static constexpr std::string_view name = "num";
+  static constexpr CodeSet codes = kNumFamily;
+};
+
+}  // namespace type
+
 // int20 goes with i8 towards numerics too.
 template <class Source>
 inline constexpr CodeSet num_source_codes =

@@ -38,7 +38,7 @@ inline constexpr auto kLeastLonger = make_least_longer();
 
 inline constexpr auto kPowersOfTen = detail::make_powers_of_ten();  // 10^0 to 10^19
 
-// Decimal digits of a value, 1 for 0. 1233 / 4096 is just above log10(2), so the product is the
+// Decimal digits of a value, 1 for 0. 1233 / 4096 is just below log10(2), so the product is the
 // number of digits or one less for every bit length up to 64.
 [[nodiscard]] inline int decimal_length(uint64_t value) {
   const int bits = 64 - std::countl_zero(value | 1);

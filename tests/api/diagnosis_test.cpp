@@ -72,7 +72,7 @@ private:
   fs::path directory_;
 };
 
-// ---- The fatal path -----------------------------------------------------------------------------
+// ---- The fatal path ----------------------------------------------------------------------------
 
 struct Stop {
   void (*call)();
@@ -195,7 +195,7 @@ TEST_F(FatalPath, ErrorTextGoesToStandardErrorAndTheLog) {
   EXPECT_EQ("no log", standard_error([] { com_perr("no log"); }));
 }
 
-// ---- Return tracing -----------------------------------------------------------------------------
+// ---- Return tracing ----------------------------------------------------------------------------
 
 using Codes = std::map<int32_t, std::string>;
 
@@ -249,7 +249,7 @@ TEST_F(Trace, FileNameAfterTheLastSlash) {
               standard_output([&] { com_errtrace(0, row[0].c_str(), 0); }));
 }
 
-// ---- Debug output -------------------------------------------------------------------------------
+// ---- Debug output ------------------------------------------------------------------------------
 
 using DebugOutput = Diagnosis;
 
@@ -330,7 +330,7 @@ TEST_F(DebugOutput, Formatter) {
   for (const auto& [actual, expected] : rows) EXPECT_EQ(expected, actual);
 }
 
-// ---- Small helpers ------------------------------------------------------------------------------
+// ---- Small helpers -----------------------------------------------------------------------------
 
 TEST(Text, HexadecimalByte) {
   const std::pair<int32_t, const char*> rows[] = {{0, "00.."},    {9, "09.."},   {0x0a, "0a.."},

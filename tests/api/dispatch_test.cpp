@@ -38,7 +38,7 @@ struct Context : comn_context {
   Context& operator=(const Context&) = delete;
 };
 
-// ---- The default table --------------------------------------------------------------------------
+// ---- The default table -------------------------------------------------------------------------
 
 const Codes kNumbers = {6, 7, 8, 9, 10, 11, 20, 30, 31, 32, 33};
 const Codes kUnsigned = {31, 32, 33};
@@ -191,7 +191,7 @@ TEST(DefaultTable, Null23DeliversTheNullValue) {
   EXPECT_EQ(CS_SUCCEED, com_null_free(&context));
 }
 
-// ---- Changes ------------------------------------------------------------------------------------
+// ---- Changes -----------------------------------------------------------------------------------
 
 template <int32_t number>
 int32_t fake(comn_context*, const comn_datafmt*, const void*, const comn_datafmt*, void*,

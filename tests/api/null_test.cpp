@@ -70,7 +70,7 @@ Delivery delivered(const std::string& value, size_t capacity) {
           value + std::string(capacity - value.size(), '.')};
 }
 
-// ---- Built-in values ----------------------------------------------------------------------------
+// ---- Built-in values ---------------------------------------------------------------------------
 
 void expect_default(Context& context, int32_t code, const std::string& value) {
   for (const size_t capacity : {size_t{0}, size_t{1}, size_t{4}, value.size(), size_t{300}})
@@ -103,7 +103,7 @@ TEST(NullDefaults, EveryDatatypeAtFirstAndReinstalled) {
   }
 }
 
-// ---- Completion ---------------------------------------------------------------------------------
+// ---- Completion --------------------------------------------------------------------------------
 
 constexpr uint32_t T = CS_FORMAT_TERMINATE, Z = CS_FORMAT_ZEROFILL, B = CS_FORMAT_BLANKFILL;
 constexpr int32_t kDone = CS_SUCCEED, kOver = CS_CONV_OVERFLOW, kBad = CS_CONV_BADFORMAT;
@@ -202,7 +202,7 @@ TEST(NullCompletion, NoneForFixedSizes) {
   }
 }
 
-// ---- Values that the caller sets ----------------------------------------------------------------
+// ---- Values that the caller sets ---------------------------------------------------------------
 
 TEST(NullSet, CopiesTheValueAndKeepsAListOfTheCallersCodes) {
   Context context;
@@ -324,7 +324,7 @@ TEST(NullUsage, BrokenIsFatal) {
     EXPECT_EXIT(call(), KilledBySignal(SIGABRT), kAssertion) << &call - assertions;
 }
 
-// ---- Digits and bytes of an exact numeric -------------------------------------------------------
+// ---- Digits and bytes of an exact numeric ------------------------------------------------------
 
 // Bytes that hold 10^digits - 1, by long multiplication.
 int32_t bytes_of_nines(int32_t digits) {
