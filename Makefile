@@ -11,11 +11,11 @@ PREFIX ?= /usr/local
 JOBS ?= $(shell nproc)
 
 PACKAGES = g++ cmake ninja-build libcli11-dev libgtest-dev libboost-dev pkg-config
-BENCH_PACKAGES = libbenchmark-dev libfast-float-dev
+BENCH_PACKAGES = libbenchmark-dev libfast-float-dev libgmp-dev libboost-dev libdfp-dev libecpg-dev
 LINT_PACKAGES = clang-format clang-tidy
 
 SAMPLE = examples/shipments.csv
-SAMPLE_TYPES = id:i4,customer:ui4,quantity:i2,parcels:i1,depot:ui2,weight_kg:flt8,discount:flt8,express:bit,tracking:ui8,balance:i8,temperature:flt4
+SAMPLE_TYPES = id:i4,customer:ui4,quantity:i2,parcels:i1,depot:ui2,weight_kg:flt8,discount:flt8,express:bit,tracking:ui8,balance:i8,temperature:flt4,price:money,duty:num(12,4)
 
 .PHONY: all run check debug asan tsan clang bench lint format install clean packages
 
@@ -31,7 +31,7 @@ run: packages
 	cmake --preset release
 	cmake --build --preset release -j $(JOBS) --target tvxcomn
 	@mkdir -p build/run
-	build/release/bin/tvxcomn csv --types $(SAMPLE_TYPES) --output build/run/shipments.typed.csv \
+	build/release/bin/tvxcomn csv --types '$(SAMPLE_TYPES)' --output build/run/shipments.typed.csv \
 	  --rejects build/run/shipments.rejects.csv $(SAMPLE) || [ $$? -eq 1 ]
 
 check: all

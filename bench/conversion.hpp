@@ -30,16 +30,18 @@ inline comn_datafmt format_of(int32_t datatype, int32_t maxlength) {
 }
 
 // A number as text. Its bytes are not initialised: clearing them would be timed with the writer.
-struct Text {
-  static constexpr int32_t kCapacity = 40;
-  char bytes[kCapacity];
+template <int32_t capacity>
+struct TextOf {
+  static constexpr int32_t kCapacity = capacity;
+  char bytes[capacity];
   int32_t length;
 
   [[nodiscard]] std::string_view view() const { return {bytes, static_cast<size_t>(length)}; }
-  friend bool operator==(const Text& a, const Text& b) { return a.view() == b.view(); }
-  friend std::ostream& operator<<(std::ostream& out, const Text& text) {
+  friend bool operator==(const TextOf& a, const TextOf& b) { return a.view() == b.view(); }
+  friend std::ostream& operator<<(std::ostream& out, const TextOf& text) {
     return out << '"' << text.view() << '"';
   }
 };
+using Text = TextOf<40>;
 
 }  // namespace tvx::bench

@@ -19,7 +19,7 @@ const char* const kDefaults[] = {
 
 void print_help() {
   std::puts(
-      "Times conversions of the library beside those of others.\n\n"
+      "Times operations of the library beside those of others.\n\n"
       "  --benchmark_filter=REGEX       only names with a match, as \"^i4 to char\"\n"
       "  --benchmark_list_tests         list the names\n"
       "  --benchmark_repetitions=N      measurements of each side, 15\n"
@@ -42,6 +42,8 @@ int main(int argc, char** argv) {
   tvx::bench::Suite suite;
   tvx::bench::compare_number_text(suite);
   tvx::bench::compare_scalar_pairs(suite);
+  tvx::bench::compare_exact_numerics(suite);
+  tvx::bench::compare_money(suite);
 
   tvx::bench::Collector collector;
   benchmark::RunSpecifiedBenchmarks(&collector);

@@ -122,6 +122,8 @@ private:
 
 // ---- The comparisons there are -----------------------------------------------------------------
 
+void compare_exact_numerics(Suite& suite);
+void compare_money(Suite& suite);
 void compare_number_text(Suite& suite);
 void compare_scalar_pairs(Suite& suite);
 

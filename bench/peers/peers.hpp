@@ -23,6 +23,15 @@ TVXCOMN_API bool std_from_chars(const char* text, int32_t length, int64_t& value
 TVXCOMN_API bool std_from_chars(const char* text, int32_t length, double& value);
 TVXCOMN_API bool fast_float_from_chars(const char* text, int32_t length, double& value);
 
+// ---- Money -------------------------------------------------------------------------------------
+
+// Adds with a check. Returns CS_SUCCEED; CS_CONV_OVERFLOW with the result zero.
+TVXCOMN_API int32_t add_checked(const int64_t* a, const int64_t* b, int64_t* result);
+
+// Writes a count of ten-thousandths with four decimals by snprintf, and a zero byte. Returns the
+// length without it.
+TVXCOMN_API int32_t print_amount(int64_t amount, char* out, int32_t capacity);
+
 // ---- Dispatch ----------------------------------------------------------------------------------
 
 // A table of 40 x 40 routines, all of them the same empty one; the only one of its kind.

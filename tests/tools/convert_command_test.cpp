@@ -50,6 +50,16 @@ INSTANTIATE_TEST_SUITE_P(
         // There is no way back from int20 to char.
         ConvertCase{{"--to", "int20", "-9"}, 0, "-9\tCS_SUCCEED\t8\tf7ffffffffffffff\t-\n"},
         ConvertCase{
+            {"--to", "num(6,2)", "-12.5"}, 0, "-12.5\tCS_SUCCEED\t6\t0602010004e2\t-12.50\n"},
+        ConvertCase{{"--to", "num", "1.25e1", "5e-1"},
+                    0,
+                    "1.25e1\tCS_SUCCEED\t5\t030100007d\t12.5\n"
+                    "5e-1\tCS_SUCCEED\t4\t02010005\t0.5\n"},
+        ConvertCase{{"--to", "money", "$1,234.56785"},
+                    0,
+                    "$1,234.56785\tCS_SUCCEED\t8\t000000004f61bc00\t1234.5679\n"},
+        ConvertCase{{"--to", "mny4", "-0.5"}, 0, "-0.5\tCS_SUCCEED\t4\t78ecffff\t-0.5000\n"},
+        ConvertCase{
             {"--to", "i4", "--from", "null23", "x"}, 0, "x\tCS_SUCCEED\t4\t00000000\t0\n"}));
 
 INSTANTIATE_TEST_SUITE_P(
@@ -70,6 +80,13 @@ INSTANTIATE_TEST_SUITE_P(
             {"--from", "flt8", "--to", "i2", "1e9"}, 1, "1e9\tCS_CONV_OVERFLOW\t2\tff7f\t32767\n"},
         ConvertCase{
             {"--from", "i8", "--to", "ui2", "-1"}, 1, "-1\tCS_CONV_UNDERFLOW\t2\t0000\t0\n"},
+        ConvertCase{{"--to", "num(4,2)", "100", "1.255", "1,5"},
+                    1,
+                    "100\tCS_CONV_OVERFLOW\t5\t0402000000\t0.00\n"
+                    "1.255\tCS_CONV_TRUNCATED\t5\t0402000000\t0.00\n"
+                    "1,5\tCS_CONV_SYNTAX\t0\t-\t-\n"},
+        ConvertCase{{"--to", "num(78,2)", "1"}, 1, "1\tCS_CONV_BADPREC\t0\t-\t-\n"},
+        ConvertCase{{"--to", "money", "1,23"}, 1, "1,23\tCS_CONV_SYNTAX\t0\t-\t-\n"},
         // The first step fails: the destination is never reached.
         ConvertCase{{"--from", "i2", "--to", "i8", "70000", "7"},
                     1,
@@ -93,6 +110,19 @@ INSTANTIATE_TEST_SUITE_P(
         ConvertCase{{"--from", "bit", "--to", "bin(3)", "--zerofill", "1"},
                     0,
                     "1\tCS_SUCCEED\t3\t010000\t-\n"},
+        // Money keeps its digits on the way through text, unless fewer are asked for.
+        ConvertCase{{"--from", "money", "--to", "char", "2.5"},
+                    0,
+                    "2.5\tCS_SUCCEED\t6\t322e35303030\t2.5000\n"},
+        ConvertCase{{"--from", "money", "--to", "i8", "0.4999"},
+                    0,
+                    "0.4999\tCS_SUCCEED\t8\t0000000000000000\t0\n"},
+        ConvertCase{{"--from", "mny4", "--to", "char", "--precision", "1", "-2.25"},
+                    0,
+                    "-2.25\tCS_SUCCEED\t4\t2d322e33\t-2.3\n"},
+        ConvertCase{{"--from", "num(5,3)", "--to", "num", "--scale", "1", "1.25"},
+                    1,
+                    "1.25\tCS_CONV_TRUNCATED\t6\t05010000000c\t1.2\n"},
         ConvertCase{{"--from", "i4", "--to", "char(4)", "--blankfill", "--zerofill", "5"},
                     1,
                     "5\tCS_CONV_BADFORMAT\t1\t35\t-\n"}));

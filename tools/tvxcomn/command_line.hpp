@@ -1,4 +1,4 @@
-// The command line: the four commands, and what they share in reading their arguments.
+// The command line: the five commands, and what they share in reading their arguments.
 #pragma once
 
 #include <CLI/CLI.hpp>
@@ -11,6 +11,7 @@ using Arguments = std::vector<std::string>;
 
 // Each runs one command with the arguments that follow its name, returns the exit status, and
 // throws Failure.
+int run_calc(const Arguments& arguments);
 int run_convert(const Arguments& arguments);
 int run_csv(const Arguments& arguments);
 int run_table(const Arguments& arguments);

@@ -36,7 +36,8 @@ bool read_options(const Arguments& arguments, ConvertOptions& options) {
       ->required();
   app.add_option("--from", options.from, "The type to which the text of a value is converted first")
       ->capture_default_str();
-  app.add_option("--precision", options.precision, "Digits of an exact numeric");
+  app.add_option("--precision", options.precision,
+                 "Digits of an exact numeric; of money in text, those behind the point");
   app.add_option("--scale", options.scale, "Digits of an exact numeric behind the point");
   app.add_option("--maxlength", options.maxlength, "Bytes of room for the result")
       ->check(CLI::Range(0, kLargest));

@@ -18,10 +18,8 @@ struct Command {
 };
 
 constexpr Command kCommands[] = {
-    {"convert", tool::run_convert},
-    {"csv", tool::run_csv},
-    {"types", tool::run_types},
-    {"table", tool::run_table},
+    {"convert", tool::run_convert}, {"csv", tool::run_csv},     {"calc", tool::run_calc},
+    {"types", tool::run_types},     {"table", tool::run_table},
 };
 
 constexpr char kHelp[] =
@@ -29,6 +27,7 @@ constexpr char kHelp[] =
     "\n"
     "  convert   converts single values and shows result, length, bytes and text\n"
     "  csv       converts the columns of a CSV file to datatypes and reports what failed\n"
+    "  calc      does one operation on two numbers and shows their types and the result's\n"
     "  types     lists the datatypes\n"
     "  table     shows which datatype converts to which\n"
     "\n"

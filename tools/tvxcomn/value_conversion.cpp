@@ -20,14 +20,32 @@ constexpr std::size_t kRoomOfAnyFixedType = 1024;
 // No conversion makes more of a byte than two hexadecimal digits or one UTF-16 code unit.
 constexpr std::size_t kLargestGrowth = 2;
 
-comn_datafmt format_of(const DataType& type, uint32_t flags) {
+// All digits of a money value behind the point. What the format does not ask for is rounded off, in
+// text and on the way to 8-byte integers, which goes through text.
+constexpr int32_t kMoneyDigits = 4;
+
+bool is_money(int32_t code) {
+  return code == TVX_TYPE_MONEY || code == TVX_TYPE_MNY4;
+}
+
+int32_t usual_precision(int32_t source, int32_t destination) {
+  if (is_exact_numeric(destination)) return CS_TAKE_FROM_SOURCE;
+  return is_money(source) ? kMoneyDigits : 0;
+}
+
+comn_datafmt source_format(const DataType& type) {
+  comn_datafmt format{};
+  format.datatype = type.code;
+  return format;
+}
+
+comn_datafmt destination_format(const DataType& type, uint32_t flags, int32_t source) {
   comn_datafmt format{};
   format.datatype = type.code;
   format.format = flags;
   format.maxlength = type.maxlength.value_or(comn_typelen(type.code, 0));
-  const int32_t otherwise = is_exact_numeric(type.code) ? CS_TAKE_FROM_SOURCE : 0;
-  format.precision = type.precision.value_or(otherwise);
-  format.scale = type.scale.value_or(otherwise);
+  format.precision = type.precision.value_or(usual_precision(source, type.code));
+  format.scale = type.scale.value_or(is_exact_numeric(type.code) ? CS_TAKE_FROM_SOURCE : 0);
   return format;
 }
 
@@ -81,8 +99,8 @@ Conversion::Conversion(comn_context* context, const DataType& source, const Data
                        uint32_t flags)
     : context_(context),
       routine_(com_conv_func(context, source.code, destination.code)),
-      source_(format_of(source, 0)),
-      destination_(format_of(destination, flags)),
+      source_(source_format(source)),
+      destination_(destination_format(destination, flags, source.code)),
       room_follows_source_(has_open_size(destination.code) && !destination.maxlength) {}
 
 int32_t Conversion::run(std::string_view source, Value& destination) {
