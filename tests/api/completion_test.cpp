@@ -1,154 +1,127 @@
-// How a field is completed: terminated, filled, cut. Null values of any length, set by the test,
-// show the three completion steps; bit and i4 to char show them behind a conversion; the bare
-// writers show the descriptors' own.
-#include <gtest/gtest.h>
-
-#include <cstdint>
-#include <string>
-#include <string_view>
-
+// How a field is completed: terminated, filled, cut. Null values of any length show the completion
+// steps alone, the writers of numbers show them behind a conversion in both layers.
+#include "api/scalar_reference.hpp"
 #include "support/conversion.hpp"
 
 namespace tvx::test {
 namespace {
 
+using namespace reference;
 using namespace std::string_literals;
+using tvx::test::convert;
 
-constexpr uint32_t kTerminate = 1, kZero = 2, kBlank = 4, kRight = 8;
+constexpr uint32_t T = CS_FORMAT_TERMINATE, Z = CS_FORMAT_ZEROFILL, B = CS_FORMAT_BLANKFILL;
+constexpr uint32_t R = COMNB_RIGHTALIGN;
+constexpr int32_t kDone = CS_SUCCEED, kOver = CS_CONV_OVERFLOW, kBad = CS_CONV_BADFORMAT;
 
-// Delivers `value` as the null value of the format's datatype into a buffer of `room` bytes.
-Outcome deliver(const comn_datafmt& format, std::string_view value, int32_t room) {
-  static const Context context;
-  EXPECT_EQ(com_null_set(context.get(), format.datatype, value.data(),
-                         static_cast<int32_t>(value.size())),
-            CS_SUCCEED);
-  return observe("", static_cast<size_t>(room), [&](const void*, void* out, int32_t* length) {
-    return com_null_get(context.get(), &format, out, room, length);
-  });
+int32_t size_of(std::string_view text) {
+  return static_cast<int32_t>(text.size());
 }
 
-// The value in a buffer of `room` bytes, as far as it goes, not yet completed.
-Outcome delivered(std::string_view value, int32_t room) {
-  const auto size = static_cast<size_t>(room);
-  const std::string bytes(value.substr(0, size));
-  return {CS_SUCCEED, static_cast<int32_t>(bytes.size()), bytes + untouched(size - bytes.size())};
+bool fits(std::string_view text, int32_t capacity, uint32_t flags) {
+  return size_of(text) + ((flags & T) != 0 ? 1 : 0) <= capacity;
 }
 
-struct Row {
-  int32_t capacity;
-  uint32_t flags;
-  Outcome expected;
-};
+// A number in a char destination: "*" when it does not fit.
+Outcome number_field(std::string_view text, int32_t capacity, uint32_t flags) {
+  Outcome field = delivered(text, capacity);
+  if (fits(text, capacity, flags)) return complete(field, size_of(text), capacity, flags);
+  if (capacity < 2) return {kOver, field.length, delivered("", capacity).bytes};
+  field = complete({kDone, 1, delivered("*\0"s, capacity).bytes}, 1, capacity, flags);
+  return {kOver, field.length, field.bytes};
+}
+
+// A text in the destination of a descriptor.
+Outcome bare_field(const std::string& text, int32_t capacity, uint32_t flags) {
+  const Outcome field = delivered(text, capacity);
+  if ((flags & R) != 0 && fits(text, capacity, flags)) {
+    if ((flags & T) != 0) return {kBad, field.length, field.bytes};
+    const auto blanks = static_cast<size_t>(capacity - size_of(text));
+    if ((flags & (Z | B)) == B) return delivered(std::string(blanks, ' ') + text, capacity);
+  }
+  return complete(field, size_of(text), capacity, flags);
+}
+
+TEST(Completion, Steps) {
+  const Outcome rows[][2] = {
+      {complete(delivered("NULL", 3), 3, 3, T), {kOver, 3, "NU\0"s}},
+      {complete(delivered("NULL", 4), 4, 4, B | Z), {kBad, 4, "NULL"}},
+      {complete(delivered("NULL", 6), 4, 6, B | T), {kDone, 6, "NULL \0"s}},
+      {complete(delivered("a\0b\0"s, 5), 4, 5, T, 2), {kOver, 4, "a\0\0\0\xA5"s}},
+      {complete(delivered("a\0b\0"s, 6), 4, 6, T, 2), {kDone, 6, "a\0b\0\0\0"s}},
+      {complete(delivered("a\0"s, 7), 2, 7, B, 2), {kDone, 7, "a\0 \0 \0\xA5"s}},
+      {number_field("123456", 6, T), {kOver, 2, "*\0"s + untouched(4)}},
+      {number_field("123456", 4, B | T), {kOver, 4, "*  \0"s}},
+      {number_field("123456", 1, T), {kOver, 1, untouched(1)}},
+      {bare_field("-12", 6, B | R), {kDone, 6, "   -12"}},
+      {bare_field("-12", 6, T | R), {kBad, 3, "-12" + untouched(3)}},
+  };
+  for (const auto& [actual, expected] : rows) EXPECT_EQ(actual, expected);
+}
 
 // The buffer may be larger than the format says: a value that goes beyond it is cut there.
-TEST(Completion, EveryLengthCapacityAndFlag) {
-  const std::string value = "a\0b\0c\0"s;
-  for (const int32_t datatype : {0, 1, 4, 21, 22, 34, 25, 29})
-    for (const int32_t unit : {datatype == 25 || datatype == 29 ? 2 : 1})
-      for (int32_t length = 0; length <= 6; length += unit)
-        for (int32_t capacity = 0; capacity <= 10; ++capacity)
-          for (const int32_t room : {capacity, 12})
-            for (uint32_t flags = 0; flags < 8; ++flags) {
-              const std::string start = value.substr(0, static_cast<size_t>(length));
-              const Outcome done = delivered(start, room);
-              EXPECT_EQ(deliver(format_of(datatype, capacity, flags), start, room),
-                        complete(done, done.length, capacity, flags, unit))
-                  << length << " in " << capacity << " of " << room << ", code " << datatype
-                  << ", flags " << flags;
-            }
-}
-
-TEST(Completion, OfBinaryOnlyFillsWithZeros) {
-  for (const int32_t datatype : {2, 3, 5})
-    for (const std::string_view value : {"", "a", "abc"})
-      for (int32_t capacity = 0; capacity <= 6; ++capacity)
+TEST(Completion, NullValuesOfEveryLength) {
+  const Context context = open_context();
+  for (const int32_t code : {0, 1, 4, 21, 22, 34, 25, 29, 2, 3, 5})
+    for (size_t length = 0; length <= 6; ++length) {
+      const std::string value = "a\0b\0c\0"s.substr(0, length);
+      com_null_set(context.get(), code, value.data(), static_cast<int32_t>(length));
+      const bool binary = code == 2 || code == 3 || code == 5;  // only filled with zeros
+      const bool unicode = code == 25 || code == 29;
+      for (int32_t capacity = 0; capacity <= 10; ++capacity)
         for (uint32_t flags = 0; flags < 8; ++flags)
-          EXPECT_EQ(deliver(format_of(datatype, capacity, flags), value, capacity),
-                    complete(delivered(value, capacity), 0, capacity, flags & kZero))
-              << value << " in " << capacity << ", code " << datatype << ", flags " << flags;
+          for (const int32_t room : {capacity, binary ? capacity : 12}) {
+            const Outcome field = delivered(value, room);
+            EXPECT_EQ(null_value(context.get(), format_of(code, capacity, flags), room, room),
+                      binary ? complete(field, 0, capacity, flags & Z)
+                             : complete(field, field.length, capacity, flags, unicode ? 2 : 1))
+                << length << " in " << capacity << ", code " << code << ", flags " << flags;
+          }
+    }
 }
 
-TEST(Completion, OfABit) {
-  for (const int32_t datatype : {0, 2, 4, 21, 22, 34})
-    for (int32_t capacity = 0; capacity <= 4; ++capacity)
-      for (uint32_t flags = 0; flags < 8; ++flags) {
-        const Outcome expected = complete(delivered("1", capacity), 1, capacity, flags);
-        Outcome outcome =
-            convert(comn_bittochar, format_of(11), "\x01", format_of(datatype, capacity, flags));
-        if (capacity == 0) outcome.length = expected.length;  // of no use there
-        EXPECT_EQ(outcome, expected) << capacity << ", code " << datatype << ", flags " << flags;
-      }
-}
-
-TEST(Completion, OfANumberThatDoesNotFit) {
-  const Row rows[] = {
-      {6, kTerminate, {CS_CONV_OVERFLOW, 2, "*\0"s + untouched(4)}},
-      {4, 0, {CS_CONV_OVERFLOW, 1, "*\0"s + untouched(2)}},
-      {4, kBlank | kTerminate, {CS_CONV_OVERFLOW, 4, "*  \0"s}},
-      {4, kZero | kBlank, {CS_CONV_OVERFLOW, 1, "*\0"s + untouched(2)}},
-      {2, kTerminate, {CS_CONV_OVERFLOW, 2, "*\0"s}},
-      {1, kTerminate, {CS_CONV_OVERFLOW, 1, untouched(1)}},
-      {0, 0, {CS_CONV_OVERFLOW, 0, ""}},
+// What holds neither a point nor an exponent gets its ".0".
+TEST(Completion, NumbersAsText) {
+  // clang-format off
+  const struct { Kind source; Real value; std::string text; } rows[] = {
+      {kBit, 1, "1"}, {kI1, 255, "255"}, {kI2, -32768, "-32768"}, {kI4, 0, "0"},
+      {kI4, -2147483648, "-2147483648"}, {kI8, -0x1p63L, "-9223372036854775808"},
+      {kUi2, 65535, "65535"}, {kUi4, 4294967295, "4294967295"}, {kI8, 0x1p32L, "4294967296"},
+      {kUi8, 18446744073709551615.0L, "18446744073709551615"}, {kFlt8, -0.0L, "0.0"},
+      {kFlt8, 0.1, ".10000000000000001"}, {kFlt8, -0.5, "-0.5"}, {kFlt8, 2, "2.0"},
+      {kFlt8, 1e22L, "1e+22"}, {kFlt8, 1e16L, "10000000000000000.0"},
+      {kFlt4, 0.1f, ".10000000149011612"}, {kFlt8, -DBL_MAX, "-1.7976931348623157e+308"},
+      {kFlt4, -kInfinity, "-inf.0"}, {kFlt8, kNan, "nan.0"},
   };
-  for (const Row& row : rows)
-    EXPECT_EQ(convert(comn_i4tochar, format_of(8), bytes_of(123456),
-                      format_of(0, row.capacity, row.flags)),
-              row.expected)
-        << row.capacity << ", flags " << row.flags;
-}
-
-TEST(BareCompletion, Examples) {
-  const Row rows[] = {
-      {6, kBlank | kRight, {CS_SUCCEED, 6, "   -12"}},
-      {6, kRight, {CS_SUCCEED, 3, "-12" + untouched(3)}},
-      {6, kRight | kZero, {CS_SUCCEED, 6, "-12\0\0\0"s}},
-      {6, kRight | kTerminate, {CS_CONV_BADFORMAT, 3, "-12" + untouched(3)}},
-      {6, kTerminate | kBlank, {CS_SUCCEED, 6, "-12  \0"s}},
-      {3, kTerminate, {CS_CONV_OVERFLOW, kNoLength, untouched(3)}},
-  };
-  for (const Row& row : rows)
-    EXPECT_EQ(convert_bare(comnb_i4tochar, bare_context(row.flags), bytes_of(-12),
-                           static_cast<size_t>(row.capacity)),
-              row.expected)
-        << row.capacity << ", flags " << row.flags;
-}
-
-// The completion of a descriptor that holds as much of `text` as goes into it.
-Outcome complete_bare(const std::string& text, int32_t capacity, uint32_t flags) {
-  Outcome field = delivered(text, capacity);
-  const auto length = static_cast<int32_t>(text.size());
-  const bool terminate = (flags & kTerminate) != 0, right = (flags & kRight) != 0;
-  if (!right || length + (terminate ? 1 : 0) > capacity) {
-    field = complete(field, length, capacity, flags);
-  } else if (terminate) {
-    field.code = CS_CONV_BADFORMAT;
-  } else if ((flags & (kZero | kBlank)) == kBlank) {
-    field = {CS_SUCCEED, capacity, std::string(static_cast<size_t>(capacity - length), ' ') + text};
-  } else {
-    field = complete(field, length, capacity, flags);
-  }
-  return field;
-}
-
-// A number that does not fit is not delivered at all, a bit is completed all the same.
-TEST(BareCompletion, EveryLengthCapacityAndFlag) {
-  const struct {
-    comnb_conversion* routine;
-    std::string value, text;
-  } rows[] = {{comnb_bittochar, "\x01", "1"},
-              {comnb_i1tochar, "\xFF", "255"},
-              {comnb_i4tochar, bytes_of(-1234567), "-1234567"},
-              {comnb_flt8tochar, bytes_of(0.5), ".5"}};
-  for (const auto& [routine, value, text] : rows)
-    for (size_t room = 0; room <= 11; ++room)
+  // clang-format on
+  for (const auto& [kind, number, text] : rows) {
+    const comn_datafmt from = format_of(type(kind).code);
+    const std::string value = encode(type(kind), number), bare = "comnb_"s + type(kind).name;
+    comn_conversion* const to_char = com_conv_func(shared_context(), from.datatype, 0);
+    auto* const bare_to_char = exported<comnb_conversion>(bare + "tochar");
+    auto* const bare_to_varchar = exported<comnb_conversion>(bare + "tovarchar");
+    for (int32_t capacity = 0; capacity <= size_of(text) + 3; ++capacity)
       for (uint32_t flags = 0; flags < 16; ++flags) {
-        const bool fits = text.size() + (flags & kTerminate) <= room;
-        const Outcome expected = fits || routine == comnb_bittochar
-                                     ? complete_bare(text, static_cast<int32_t>(room), flags)
-                                     : Outcome{CS_CONV_OVERFLOW, kNoLength, untouched(room)};
-        EXPECT_EQ(convert_bare(routine, bare_context(flags), value, room), expected)
-            << text << " in " << room << ", flags " << flags;
+        SCOPED_TRACE(text + " in " + std::to_string(capacity) + ", " + std::to_string(flags));
+        const auto room = static_cast<size_t>(capacity);
+        const Outcome nothing{kOver, kNoLength, untouched(room)};
+        // A bit is cut like any text; bare, a number that does not fit is not delivered at all.
+        for (const int32_t code : {0, 2, 4, 21, 22, 34})
+          EXPECT_EQ(convert(to_char, from, value, format_of(code, capacity, flags)),
+                    kind == kBit ? complete(delivered(text, capacity), 1, capacity, flags)
+                                 : number_field(text, capacity, flags));
+        const comnb_context context = bare_context(flags);
+        EXPECT_EQ(convert_bare(bare_to_char, context, value, room),
+                  kind == kBit || fits(text, capacity, flags) ? bare_field(text, capacity, flags)
+                                                              : nothing);
+        EXPECT_EQ(convert_bare(bare_to_varchar, context, value, room),
+                  fits(text, capacity, 0) ? delivered(text, capacity) : nothing);
       }
+    if (kind == kBit) continue;
+    Outcome record = convert(from, value, format_of(18, 0, B));
+    record.bytes.resize(2 + text.size() + 1);  // with the terminator, whatever the flags
+    EXPECT_EQ(record, (Outcome{kDone, 258, varchar_record(text).substr(0, text.size() + 3)}));
+  }
 }
 
 }  // namespace

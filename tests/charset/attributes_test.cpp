@@ -37,7 +37,7 @@ private:
   tvx::test::GuardedBuffer block_;
 };
 
-// ---- The built-in record ------------------------------------------------------------------------
+// ---- The built-in record -----------------------------------------------------------------------
 
 using Row = std::array<int, 4>;  // upper, lower, lexical class, flags
 
@@ -147,7 +147,7 @@ TEST(Classification, EachOperationMasksItsFlags) {
   }
 }
 
-// ---- Records over images ------------------------------------------------------------------------
+// ---- Records over images -----------------------------------------------------------------------
 
 TEST(BuildCharAttrib, SingleByteImage) {
   const std::vector<uint8_t> image(1285);
@@ -207,7 +207,7 @@ TEST(BuildCharAttrib, RefusesWhatItCannotFill) {
     EXPECT_EQ(0, com_build_char_attrib(kind, 1, "x", image.data(), &record)) << kind;
 }
 
-// ---- Characters of several bytes ----------------------------------------------------------------
+// ---- Characters of several bytes ---------------------------------------------------------------
 
 const MultibyteRecord two;
 const MultibyteRecord four(MultibyteRecord::FourByte::kYes);

@@ -273,8 +273,7 @@ TEST_F(ReaderTest, AFailingAllocationIsReported) {
   }
 }
 
-// ---- Properties over much content
-// ------------------------------------------------------------------------------
+// ---- Properties over much content --------------------------------------------------------------
 
 constexpr std::string_view kValidFile =
     "\xEF\xBB\xBF; comment\r\n[first section]\r\nkey = plain value, \"quo\\\"ted\"\"\" ; "

@@ -1,29 +1,60 @@
-// Calls one conversion between guarded values and shows everything that it did: its result code,
-// the output length and every byte of its destination. Beside it the completion of fields, in plain
-// steps, for tests that compute what such a call should show.
+// What tests of the interface share: contexts, formats, memory that runs out; and calls between
+// guarded values that show all they do: result code, output length, every byte of the destination.
 #pragma once
 
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
-#include <cstddef>
+#include <concepts>
 #include <cstdint>
 #include <cstring>
-#include <iterator>
-#include <map>
+#include <functional>
 #include <memory>
 #include <ostream>
-#include <stdexcept>
 #include <string>
 #include <string_view>
-#include <utility>
 
+#include "support/failing_heap.hpp"
 #include "support/guarded_buffer.hpp"
 #include "tvxcomn/tvxcomn.h"
 
 namespace tvx::test {
+
+using Context = std::unique_ptr<comn_context, int32_t (*)(comn_context*)>;
+
+// A context without localisation.
+inline Context open_context() {
+  comn_context* context = nullptr;
+  EXPECT_EQ(CS_SUCCEED, comn_context_open(nullptr, COMN_CONTEXT_NO_LOCALISATION, &context));
+  return {context, comn_context_close};
+}
+
+inline comn_context* shared_context() {
+  static const Context context = open_context();
+  return context.get();
+}
+
+inline comn_datafmt format_of(int32_t datatype, int32_t maxlength = 0, uint32_t flags = 0) {
+  comn_datafmt format{};
+  format.datatype = datatype;
+  format.maxlength = maxlength;
+  format.format = flags;
+  return format;
+}
+
+// Calls `attempt(n)`, which lets an operation's n-th allocation fail, for n = 1, 2 and so on, until
+// its result is no longer CS_MEM_ERROR. Every attempt has to release all that it allocated.
+template <class Attempt>
+void fail_each_allocation(Attempt attempt) {
+  const long before = live_blocks();
+  long n = 1;
+  for (int32_t result = CS_MEM_ERROR; result == CS_MEM_ERROR; ++n) {
+    result = attempt(n);
+    EXPECT_EQ(before, live_blocks()) << "allocation " << n;
+  }
+  EXPECT_GT(n, 2) << "nothing is allocated";
+}
 
 // What a destination and an output length hold before the call.
 constexpr char kUntouched = '\xA5';
@@ -40,33 +71,21 @@ struct Outcome {
   bool operator==(const Outcome&) const = default;
 };
 
-inline std::string hex(std::string_view bytes) {
-  static constexpr char kDigits[] = "0123456789ABCDEF";
-  std::string text;
-  for (const char c : bytes) {
-    const auto byte = static_cast<uint8_t>(c);
-    text += kDigits[byte >> 4];
-    text += kDigits[byte & 15];
-  }
-  return text;
-}
-
 inline std::ostream& operator<<(std::ostream& out, const Outcome& outcome) {
   return out << "code " << outcome.code << ", length " << outcome.length << ", bytes "
-             << hex(outcome.bytes);
+             << testing::PrintToString(outcome.bytes);
+}
+
+// As much of the value as goes into the destination, and nothing else, with success.
+inline Outcome delivered(std::string_view value, std::integral auto room) {
+  const std::string bytes(value.substr(0, static_cast<size_t>(room)));
+  return {CS_SUCCEED, static_cast<int32_t>(bytes.size()),
+          bytes + untouched(static_cast<size_t>(room) - bytes.size())};
 }
 
 template <class T>
 std::string bytes_of(T value) {
   return {reinterpret_cast<const char*>(&value), sizeof value};
-}
-
-template <class T>
-T value_of(std::string_view bytes) {
-  T value;
-  if (bytes.size() != sizeof value) throw std::length_error("value_of");
-  std::memcpy(&value, bytes.data(), sizeof value);
-  return value;
 }
 
 // A varchar or varbin record; what the text leaves of it holds `filler`.
@@ -77,101 +96,52 @@ inline std::string varchar_record(std::string_view text, char filler = '\0') {
   return record;
 }
 
-// A context without localisation, closed at the end.
-class Context {
-public:
-  Context() {
-    if (comn_context_open(nullptr, COMN_CONTEXT_NO_LOCALISATION, &context_) != CS_SUCCEED)
-      throw std::runtime_error("comn_context_open");
-  }
-  ~Context() { comn_context_close(context_); }
-  Context(const Context&) = delete;
-  Context& operator=(const Context&) = delete;
-  comn_context* get() const { return context_; }
-
-private:
-  comn_context* context_ = nullptr;
-};
-
-inline comn_context* shared_context() {
-  static const Context context;
-  return context.get();
-}
-
-inline comn_datafmt format_of(int32_t datatype, int32_t maxlength = 0, uint32_t flags = 0) {
-  comn_datafmt format{};
-  format.datatype = datatype;
-  format.maxlength = maxlength;
-  format.format = flags;
-  return format;
-}
-
 // The exported routine of that name; null when there is none.
-template <class Routine>
+template <class Routine = comn_conversion>
 Routine* exported(const std::string& name) {
   return reinterpret_cast<Routine*>(dlsym(RTLD_DEFAULT, name.c_str()));
 }
 
-// Runs `call(source, destination, &length)` three times: with the values right in front of an
-// inaccessible page, right behind one, and at odd addresses between two sentinels. All three must
-// do the same.
-template <class Call>
-Outcome observe(std::string_view source, size_t room, Call call) {
-  using Guard = GuardedBuffer::Guard;
-  struct Place {
-    Guard guard;
-    size_t margin;
-  };
-  static constexpr Place kPlaces[] = {
-      {Guard::kBehind, 0}, {Guard::kBefore, 0}, {Guard::kBefore, 1}};
-  struct Buffers {
-    std::unique_ptr<GuardedBuffer> source, destination;
-  };
-  using BuffersByPlace = std::array<Buffers, std::size(kPlaces)>;
-  static std::map<std::pair<size_t, size_t>, BuffersByPlace> kept;  // mapping pages takes its time
-  BuffersByPlace& places = kept[{source.size(), room}];
+using Call = std::function<int32_t(void* source, void* destination, int32_t* length)>;
 
+// Makes the call three times: with the values right in front of an inaccessible page, right behind
+// one, and at odd addresses between two sentinels. All three must do the same.
+inline Outcome observe(std::string_view source, size_t room, const Call& call) {
+  constexpr size_t kAccessible = 1 << 16;  // whole pages, more than any test asks for
+  static GuardedBuffer sources(kAccessible), destinations(kAccessible);
   Outcome first;
-  for (size_t i = 0; i < std::size(kPlaces); ++i) {
-    const auto [guard, margin] = kPlaces[i];
-    Buffers& buffers = places[i];
-    if (buffers.source == nullptr) {
-      buffers.source = std::make_unique<GuardedBuffer>(source.size() + margin, 0, guard);
-      buffers.destination = std::make_unique<GuardedBuffer>(room + 2 * margin, 0, guard);
-    }
-    uint8_t* const from = buffers.source->data() + margin;
-    uint8_t* const block = buffers.destination->data();
+  for (const size_t place : {0, 1, 2}) {
+    const bool at_end = place == 0;
+    const size_t margin = at_end ? 0 : place - 1;
+    uint8_t* const from = sources.data() + (at_end ? kAccessible - source.size() : margin);
+    uint8_t* const to = destinations.data() + (at_end ? kAccessible - room : margin);
     std::copy(source.begin(), source.end(), from);
-    std::memset(block, kUntouched, buffers.destination->size());
+    std::memset(to - margin, kUntouched, room + 2 * margin);
 
     Outcome outcome;
-    outcome.code = call(from, block + margin, &outcome.length);
-    outcome.bytes.assign(reinterpret_cast<const char*>(block + margin), room);
-    if (i == 0) first = outcome;
-    const bool source_kept = std::memcmp(source.data(), from, source.size()) == 0;
-    const bool sentinels_kept = margin == 0 || (block[0] == 0xA5 && block[room + 1] == 0xA5);
-    if (outcome != first || !source_kept || !sentinels_kept)
-      ADD_FAILURE() << "at place " << i << ": " << outcome << "; source kept: " << source_kept
-                    << "; nothing written around: " << sentinels_kept;
+    outcome.code = call(from, to, &outcome.length);
+    outcome.bytes.assign(reinterpret_cast<const char*>(to), room);
+    if (at_end) first = outcome;
+    EXPECT_EQ(outcome, first) << "at place " << place;
+    EXPECT_EQ(0, std::memcmp(source.data(), from, source.size())) << "the source is changed";
+    EXPECT_TRUE(margin == 0 || (to[-1] == 0xA5 && to[room] == 0xA5)) << "written around";
   }
   return first;
 }
 
-// Converts with data formats. The destination is as large as its format says.
+// Converts with data formats. The destination is as large as its datatype and its format say.
 inline Outcome convert(comn_conversion* routine, const comn_datafmt& from, std::string_view source,
                        const comn_datafmt& to) {
-  const int32_t room = comn_typelen(to.datatype, to.maxlength);
+  const int32_t room = std::max(comn_typelen(to.datatype, to.maxlength), to.maxlength);
   return observe(source, static_cast<size_t>(room),
-                 [&](const void* source_value, void* destination, int32_t* length) {
-                   return routine(shared_context(), &from, source_value, &to, destination, length);
+                 [&](void* value, void* destination, int32_t* length) {
+                   return routine(shared_context(), &from, value, &to, destination, length);
                  });
 }
 
-// Converts a value with the routine that the table holds for the two formats.
+// Converts with the routine that the table holds for the two formats.
 inline Outcome convert(const comn_datafmt& from, std::string_view source, const comn_datafmt& to) {
-  comn_conversion* const routine = com_conv_func(shared_context(), from.datatype, to.datatype);
-  if (routine == nullptr) throw std::invalid_argument("no such conversion");
-  return convert(routine, from, source, to);
+  return convert(com_conv_func(shared_context(), from.datatype, to.datatype), from, source, to);
 }
 
 inline comnb_context bare_context(uint32_t flags, const com_charattr* attributes = nullptr) {
@@ -184,10 +154,10 @@ inline comnb_context bare_context(uint32_t flags, const com_charattr* attributes
 // Converts with descriptors; the destination's maximum length is its size.
 inline Outcome convert_bare(comnb_conversion* routine, const comnb_context& context,
                             std::string_view source, size_t room) {
-  return observe(source, room, [&](void* source_value, void* destination, int32_t* length) {
+  return observe(source, room, [&](void* value, void* destination, int32_t* length) {
     comnb_value from{}, to{};
     from.length = from.maxlength = static_cast<int32_t>(source.size());
-    from.data = source_value;
+    from.data = value;
     to.length = *length;
     to.maxlength = static_cast<int32_t>(room);
     to.data = destination;
@@ -197,57 +167,38 @@ inline Outcome convert_bare(comnb_conversion* routine, const comnb_context& cont
   });
 }
 
-// ---- Completion ----
-
-// What becomes of a field of `capacity` bytes, terminators and blanks of one unit each: `done`
-// holds the bytes and the length that the conversion delivered, which wanted to deliver `wanted`.
-inline Outcome complete(Outcome done, int32_t wanted, int32_t capacity, uint32_t flags,
-                        int32_t unit = 1) {
-  const bool terminate = (flags & CS_FORMAT_TERMINATE) != 0;
-  const auto put = [&](int32_t begin, int32_t end, char first) {
-    for (int32_t i = begin; i < end; ++i)
-      done.bytes[static_cast<size_t>(i)] = (i - begin) % unit == 0 ? first : '\0';
-  };
-  const int32_t last_unit = (capacity - unit) / unit * unit;
-
-  if (capacity < wanted + (terminate ? unit : 0)) {
-    if (terminate && capacity >= unit) put(last_unit, last_unit + unit, '\0');
-    done.code = CS_CONV_OVERFLOW;
-    return done;
-  }
-  done.code = CS_SUCCEED;
-  const uint32_t fill = flags & (CS_FORMAT_ZEROFILL | CS_FORMAT_BLANKFILL);
-  if (fill == (CS_FORMAT_ZEROFILL | CS_FORMAT_BLANKFILL)) {
-    done.code = CS_CONV_BADFORMAT;
-  } else if (fill == CS_FORMAT_ZEROFILL) {
-    put(done.length, capacity, '\0');
-    done.length = capacity;
-  } else if (fill == CS_FORMAT_BLANKFILL) {
-    put(done.length, done.length + (capacity - done.length) / unit * unit, ' ');
-    if (terminate) put(last_unit, last_unit + unit, '\0');
-    done.length = capacity;
-  } else if (terminate) {
-    put(done.length, done.length + unit, '\0');
-    done.length += unit;
-  }
-  return done;
+// At most `maximum` bytes of the null value of a datatype, in a destination of `room` bytes.
+inline Outcome null_value(comn_context* context, const comn_datafmt& format, int32_t room,
+                          int32_t maximum) {
+  return observe("", static_cast<size_t>(room), [&](void*, void* out, int32_t* length) {
+    return com_null_get(context, &format, out, maximum, length);
+  });
 }
 
-// A number written to a char destination of that capacity.
-inline Outcome number_field(std::string_view text, int32_t capacity, uint32_t flags) {
-  const auto wanted = static_cast<int32_t>(text.size());
+// What becomes of a field of `capacity` bytes, terminators and blanks of one unit each: `field`
+// holds the bytes and the length that the conversion delivered, which wanted to deliver `wanted`.
+inline Outcome complete(Outcome field, int32_t wanted, int32_t capacity, uint32_t flags,
+                        int32_t unit = 1) {
   const bool terminate = (flags & CS_FORMAT_TERMINATE) != 0;
-  Outcome field{CS_CONV_OVERFLOW, std::min(wanted, capacity),
-                untouched(static_cast<size_t>(capacity))};
-  if (capacity >= wanted + (terminate ? 1 : 0)) {
-    field.bytes.replace(0, text.size(), text);
-    return complete(field, wanted, capacity, flags);
+  const bool zeros = (flags & CS_FORMAT_ZEROFILL) != 0, blanks = (flags & CS_FORMAT_BLANKFILL) != 0;
+  const bool cut = capacity < wanted + (terminate ? unit : 0);
+  const auto put = [&](int32_t at, int32_t end, char first) {
+    for (int32_t i = at; i < end; ++i)
+      field.bytes[static_cast<size_t>(i)] = (i - at) % unit == 0 ? first : '\0';
+  };
+  field.code = cut ? CS_CONV_OVERFLOW : zeros && blanks ? CS_CONV_BADFORMAT : CS_SUCCEED;
+  if (field.code == CS_SUCCEED && (zeros || blanks)) {
+    const int32_t rest = blanks ? (capacity - field.length) % unit : 0;
+    put(field.length, capacity - rest, blanks ? ' ' : '\0');
+    field.length = capacity;
+  } else if (field.code == CS_SUCCEED && terminate) {
+    put(field.length, field.length + unit, '\0');
+    field.length += unit;
   }
-  if (capacity < 2) return field;
-  field.bytes.replace(0, 2, std::string_view("*\0", 2));
-  field.length = 1;
-  field = complete(field, 1, capacity, flags);
-  field.code = CS_CONV_OVERFLOW;
+  // A terminator at the end of what is cut or filled with blanks.
+  const int32_t last_unit = capacity / unit * unit - unit;
+  if (terminate && last_unit >= 0 && (cut || (blanks && !zeros)))
+    put(last_unit, last_unit + unit, '\0');
   return field;
 }
 
