@@ -8,6 +8,7 @@
 #include "numeric/decimal_machine.hpp"
 #include "numeric/decimal_text.hpp"
 #include "numeric/precision.hpp"
+#include "numeric/record_arithmetic.hpp"
 #include "runtime/diagnosis.hpp"
 #include "wire/key_table.hpp"
 
@@ -133,6 +134,9 @@ int32_t sum(const comn_numeric* left, const comn_numeric* right, comn_numeric* o
             bool subtracts) {
   rt::require_pointer(out);
   if (!are_numerics(left, right)) return CS_CONV_DOMAIN;
+  if (num::add_two_words(*left, *right, subtracts, *out) ||
+      num::add_fitting(*left, *right, subtracts, *out)) [[likely]]
+    return CS_SUCCEED;
   Decimal a = num::load_numeric(*left);
   Decimal b = num::load_numeric(*right);
   if (!num::have_one_type(a, b)) {
@@ -152,6 +156,7 @@ int32_t sum(const comn_numeric* left, const comn_numeric* right, comn_numeric* o
 int32_t product(const comn_numeric* left, const comn_numeric* right, comn_numeric* out) {
   rt::require_pointer(out);
   if (!are_numerics(left, right)) return CS_CONV_DOMAIN;
+  if (num::multiply_two_words(*left, *right, *out)) return CS_SUCCEED;
   const Decimal a = num::load_numeric(*left);
   const Decimal b = num::load_numeric(*right);
   return store_result(num::product_type(a, b), out,
@@ -189,6 +194,9 @@ int32_t comn_numdivide(const comn_numeric* a, const comn_numeric* b, comn_numeri
 
 int32_t comn_numcmp(const comn_numeric* a, const comn_numeric* b) {
   if (!are_numerics(a, b)) return rt::traced(CS_CONV_DOMAIN);
+  int32_t order = 0;
+  if (num::compare_same_type(*a, *b, order) || num::compare_leading_bits(*a, *b, order)) [[likely]]
+    return order;
   return num::compare(num::load_numeric(*a), num::load_numeric(*b),
                       num::kCompareSigned | num::kCompareScaled);
 }

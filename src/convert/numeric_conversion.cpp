@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "charset/ascii_mapping.hpp"
+#include "charset/attributes.hpp"
 
 namespace tvx::convert {
 namespace {
@@ -65,27 +66,27 @@ struct WrittenText {
   void write(char* out) const { text.copy(out, text.size()); }
 };
 
-struct TextReading {
-  Decimal value;
-  int32_t code;
-};
-
-TextReading read_text(Text text, const com_charattr* attributes, bool ends_at_zero,
-                      NumericType wanted, bool rounding) {
+// Reads a text under a destination's type; the value is zero unless the code is CS_SUCCEED, and
+// always one that its precision holds.
+int32_t read_text(Text text, const com_charattr* attributes, bool ends_at_zero, NumericType wanted,
+                  bool rounding, Decimal& value) {
   char buffer[kTextCapacity];
-  const int32_t mapped =
-      charset::map_to_ascii(text.data, text.length, buffer, kTextCapacity, attributes);
-  std::string_view number(buffer, static_cast<size_t>(mapped));
+  std::string_view number(text.data,
+                          static_cast<size_t>(std::clamp(text.length, 0, kTextCapacity)));
+  if (charset::is_multibyte(attributes)) [[unlikely]] {
+    const int32_t mapped =
+        charset::map_to_ascii(text.data, text.length, buffer, kTextCapacity, attributes);
+    number = {buffer, static_cast<size_t>(mapped)};
+  }
   if (ends_at_zero) number = number.substr(0, number.find('\0'));
 
-  TextReading reading{{{}, wanted.precision, wanted.scale, false}, CS_SUCCEED};
   const auto rules = numeric::text_rules(wanted.precision, wanted.scale, rounding);
-  reading.code = code_of_parse(numeric::parse_decimal(number, rules, reading.value));
-  if (reading.code != CS_SUCCEED) {
-    reading.value = {{}, wanted.precision, wanted.scale, false};
-    settle_type(reading.value);
-  }
-  return reading;
+  const DecimalStatus status = numeric::parse_decimal(number, rules, value);
+  if (status == DecimalStatus::kDone) [[likely]]
+    return CS_SUCCEED;
+  value = {{}, wanted.precision, wanted.scale, false};
+  settle_type(value);
+  return code_of_parse(status);
 }
 
 }  // namespace
@@ -104,7 +105,8 @@ int32_t check_type(NumericType wanted, bool source_may_decide) {
 }
 
 NumericSource load_source(const Call& call) {
-  const auto record = base::load<comn_numeric>(call.source);
+  const auto& record =
+      *static_cast<const comn_numeric*>(call.source);  // bytes only: any address will do
   if (!numeric::is_numeric(record)) return {{}, false};
   return {numeric::load_numeric(record), true};
 }
@@ -249,13 +251,14 @@ int32_t text_to_num(const Call& call, Text text) {
   const comn_datafmt& format = *call.destination_format;
   const int32_t bad_type = check_type({format.precision, format.scale}, true);
   if (bad_type != CS_SUCCEED) return bad_type;
-  const auto [value, code] =
+  Decimal value;
+  const int32_t code =
       read_text(text, locale::character_attributes(*call.context, *call.source_format),
                 (call.source_format->format & CS_FORMAT_TERMINATE) != 0,
-                {asked_of_text(format.precision), asked_of_text(format.scale)}, false);
-  const int32_t result = store_result(call, value, code, Reported::used_bytes);
-  if (result == CS_CONV_SYNTAX) *call.output_length = 0;
-  return result;
+                {asked_of_text(format.precision), asked_of_text(format.scale)}, false, value);
+  numeric::put_numeric(value, *static_cast<comn_numeric*>(call.destination));
+  *call.output_length = code == CS_CONV_SYNTAX ? 0 : numeric::record_length(value.precision);
+  return code;
 }
 
 int32_t bare_text_to_num(const BareCall& call) {
@@ -268,9 +271,10 @@ int32_t bare_text_to_num(const BareCall& call) {
   const int32_t bad_type = check_type(wanted, true);
   if (bad_type != CS_SUCCEED) return bad_type;
   const bool rounding = (call.context->numeric_flags & kMayDropDigits) != 0;
-  auto [value, code] = read_text(
+  Decimal value;
+  int32_t code = read_text(
       {static_cast<const char*>(call.source->data), call.source->length}, call.context->attributes,
-      false, {asked_of_text(wanted.precision), asked_of_text(wanted.scale)}, rounding);
+      false, {asked_of_text(wanted.precision), asked_of_text(wanted.scale)}, rounding, value);
   if (code == CS_CONV_TRUNCATED && rounding) code = CS_SUCCEED;
   const int32_t result = store_result(call, value, code);
   if (result == CS_CONV_SYNTAX) call.destination->length = 0;

@@ -12,6 +12,13 @@ DecimalStatus checked(const Decimal& result) {
                                                                : DecimalStatus::kDone;
 }
 
+// Multiplies by 10^digits, 1 to 77.
+Uint512 scaled_up(const Uint256& magnitude, int32_t digits) {
+  const Uint256& power = kWidePowersOfTen[static_cast<size_t>(digits)];
+  if (upper_half(magnitude) == 0) return multiply(lower_half(magnitude), power);
+  return multiply(magnitude, power);
+}
+
 DecimalStatus bring_to_type(Decimal& value, int32_t precision, int32_t scale) {
   if (value.precision == precision && value.scale == scale) return DecimalStatus::kDone;
   value.precision = precision;
@@ -50,10 +57,8 @@ DecimalStatus divide(const Decimal& a, const Decimal& b, Decimal& result, Decima
     result.magnitude = {};
     rest = a.magnitude;
   } else {
-    overflow =
-        divide(shift > 0 ? multiply(a.magnitude, kWidePowersOfTen[static_cast<size_t>(shift)])
-                         : widen(a.magnitude),
-               *divisor, result.magnitude, rest);
+    overflow = divide(shift > 0 ? scaled_up(a.magnitude, shift) : widen(a.magnitude), *divisor,
+                      result.magnitude, rest);
   }
   result.negative = a.negative != b.negative;
   if (remainder != nullptr) {

@@ -1,8 +1,9 @@
-// A number is scanned first, to know where its digits stand and how many of them are taken; these
-// are then gathered sixteen or so at a time.
+// A plain number is read in one pass, eight digits at a time. Any other is scanned first, to know
+// where its digits stand and how many of them are taken; these are then gathered in the same way.
 #include "numeric/decimal_text.hpp"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 
 #include "numeric/eight_digits.hpp"
@@ -10,6 +11,8 @@
 
 namespace tvx::numeric {
 namespace {
+
+constexpr uint64_t kZeroCharacters = 0x3030303030303030;
 
 constexpr bool is_digit(char c) {
   return c >= '0' && c <= '9';
@@ -102,36 +105,166 @@ public:
     append(rest, count);
   }
 
-  Uint256 magnitude() {
-    flush();
-    return magnitude_;
-  }
-
-private:
   void append(uint64_t value, size_t digits) {
     if (word_digits_ + digits > 19) flush();
     word_ = word_ * kPowersOfTen[digits] + value;
     word_digits_ += digits;
   }
 
+  // The number of all digits, modulo 2^256.
+  Uint256 magnitude() {
+    flush();
+    return magnitude_;
+  }
+
+private:
   void flush() {
+    const uint64_t factor = kPowersOfTen[word_digits_];
     uint64_t carry = word_;
-    for (size_t i = 0; i < used_; ++i) {
-      const Uint128 product =
-          static_cast<Uint128>(magnitude_.limb[i]) * kPowersOfTen[word_digits_] + carry;
-      magnitude_.limb[i] = static_cast<uint64_t>(product);
+    const auto multiply = [&](uint64_t& limb) {
+      const Uint128 product = static_cast<Uint128>(limb) * factor + carry;
+      limb = static_cast<uint64_t>(product);
       carry = static_cast<uint64_t>(product >> 64);
+    };
+    // Word by word, so that they stay in registers.
+    auto& limb = magnitude_.limb;
+    multiply(limb[0]);
+    if ((limb[1] | limb[2] | limb[3] | carry) != 0) {
+      multiply(limb[1]);
+      multiply(limb[2]);
+      multiply(limb[3]);
     }
-    if (carry != 0) magnitude_.limb[used_++] = carry;  // 77 digits fit
     word_ = 0;
     word_digits_ = 0;
   }
 
   Uint256 magnitude_{};
-  size_t used_ = 0;  // words that are not zero, with those below them
   uint64_t word_ = 0;
   size_t word_digits_ = 0;
 };
+
+// ---- Reading in short --------------------------------------------------------------------------
+
+// The last eight bytes of a text; zeros stand in front of a shorter one.
+uint64_t load_last_eight(std::string_view text) {
+  const size_t size = text.size();
+  const char* const begin = text.data();
+  if (size >= 8) return load_eight(begin + size - 8);
+  if (size >= 4) {
+    uint32_t head;
+    uint32_t tail;
+    std::memcpy(&head, begin, sizeof head);
+    std::memcpy(&tail, begin + size - 4, sizeof tail);
+    return (uint64_t{tail} << 32) | (uint64_t{head} << (64 - 8 * size));
+  }
+  uint64_t word = 0;
+  for (const char c : text) word = (word >> 8) | (uint64_t{static_cast<uint8_t>(c)} << 56);
+  return word;
+}
+
+// Marks the bytes that are no digits by their upper bits, exactly so up to the first of them.
+constexpr uint64_t marks_of_non_digits(uint64_t word) {
+  return ((word + 0x4646464646464646) | (word - kZeroCharacters)) & 0x8080808080808080;
+}
+
+// A text as words of eight bytes, with zeros from its end on.
+class PaddedText {
+public:
+  explicit PaddedText(std::string_view text)
+      : end_(text.data() + text.size()), last_eight_(load_last_eight(text)) {}
+
+  // The word at a position up to the end. There all 64 bits are shifted out, by two shifts.
+  [[nodiscard]] uint64_t load(const char* at) const {
+    const ptrdiff_t left = end_ - at;
+    return left >= 8 ? load_eight(at) : last_eight_ >> 1 >> (63 - 8 * left);
+  }
+
+private:
+  const char* end_;
+  uint64_t last_eight_;
+};
+
+// The digits of a number from its first one other than zero on.
+struct PlainDigits {
+  Uint256 magnitude;
+  int64_t digits;
+  int64_t fraction;  // digits behind the point, with zeros in front of the first
+  const char* end;
+};
+
+// Takes digits eight at a time, each but once: where the point is among them, the ones behind it
+// close up.
+PlainDigits take_digits(std::string_view text, const char* at) {
+  const char* const end = text.data() + text.size();
+  const PaddedText padded(text);
+  const char* point = nullptr;
+  at = skip_zeros(at, end);
+  if (at != end && *at == '.') {
+    point = at;
+    at = skip_zeros(at + 1, end);
+  }
+  const char* first = at;
+  DigitGatherer gatherer;
+  uint64_t word;
+  uint64_t others;
+  for (;; at += 8) {
+    word = padded.load(at);
+    others = marks_of_non_digits(word);
+    if (others != 0) {
+      const int count = std::countr_zero(others) / 8;
+      if (point != nullptr || (word >> (8 * count) & 0xFF) != '.') break;
+      const uint64_t in_front = (uint64_t{1} << (8 * count)) - 1;
+      point = at + count;
+      ++first;
+      word = (word & in_front) | (padded.load(++at) & ~in_front);
+      others = marks_of_non_digits(word);
+      if (others != 0) break;
+    }
+    gatherer.append(value_of_eight_digits(word), 8);
+  }
+  // Fewer than eight are left: they move up behind zeros.
+  const int rest = std::countr_zero(others) / 8;
+  word = (word << 8 << (56 - 8 * rest)) | (kZeroCharacters >> (8 * rest));
+  gatherer.append(value_of_eight_digits(word), static_cast<size_t>(rest));
+  at += rest;
+  return {gatherer.magnitude(), at - first, point == nullptr ? 0 : at - point - 1, at};
+}
+
+// Reads what nearly every text is: a sign, digits, a point and digits, all of which are taken, and
+// white space. False, with the value unspecified, for any other text and for a number that does not
+// fit: those are left to the long way.
+bool read_plain_decimal(std::string_view text, const DecimalTextRules& rules, Decimal& value) {
+  const char* const end = text.data() + text.size();
+  const char* at = skip_blanks(text.data(), end);
+  if (at == end) return false;
+  const bool negative = *at == '-';
+  at += negative || *at == '+' ? 1 : 0;  // no branch: signs come at random
+
+  const auto [magnitude, digits, fraction, digits_end] = take_digits(text, at);
+  for (at = digits_end; at != end; ++at)
+    if (!is_white_space(*at)) return false;
+
+  const int64_t scale = rules.scale == kFromText ? fraction : rules.scale;
+  const int64_t shift = scale - fraction;
+  if (digits > rules.max_digits || shift < 0 || scale > kMaxScale) return false;
+  int64_t precision = digits == 0 ? 0 : digits + shift;
+  int32_t limit = rules.precision;
+  if (rules.precision == kFromText) {
+    precision = precision > scale ? precision : std::min<int64_t>(scale + 1, kMaxPrecision);
+    limit = kMaxPrecision;
+  }
+  if (precision > limit || limit > kMaxPrecision) return false;
+
+  value.magnitude = magnitude;
+  if (shift != 0) multiply_by_ten_to(value.magnitude, static_cast<int32_t>(shift));
+  value.negative = negative && digits != 0;
+  value.scale = static_cast<int32_t>(scale);
+  value.precision =
+      rules.precision == kFromText ? static_cast<int32_t>(precision) : rules.precision;
+  return true;
+}
+
+// ---- Reading at length -------------------------------------------------------------------------
 
 // Which digits are taken, and what becomes of the first one that is not.
 struct Selection {
@@ -178,9 +311,8 @@ int32_t precision_from_text(int64_t digits_read, const Decimal& value) {
   return digits > value.scale ? digits : std::min(value.scale + 1, kMaxPrecision);
 }
 
-}  // namespace
-
-DecimalStatus parse_decimal(std::string_view text, const DecimalTextRules& rules, Decimal& value) {
+DecimalStatus parse_any_decimal(std::string_view text, const DecimalTextRules& rules,
+                                Decimal& value) {
   const char* const end = text.data() + text.size();
   const Mantissa mantissa = scan_mantissa(text.data(), end);
   Exponent exponent{0, true};
@@ -231,58 +363,84 @@ DecimalStatus parse_decimal(std::string_view text, const DecimalTextRules& rules
              : DecimalStatus::kDone;
 }
 
+}  // namespace
+
+DecimalStatus parse_decimal(std::string_view text, const DecimalTextRules& rules, Decimal& value) {
+  if (read_plain_decimal(text, rules, value)) [[likely]]
+    return DecimalStatus::kDone;
+  return parse_any_decimal(text, rules, value);
+}
+
 // ---- Writing -----------------------------------------------------------------------------------
 
 namespace {
 
 constexpr uint64_t kTenTo8 = 100'000'000;
-constexpr uint64_t kZeroCharacters = 0x3030303030303030;
 
-// Writes the nineteen digits of a value below 10^19 in front of `end`, and zeros before them up to
-// three whole words.
-void write_nineteen(char* end, uint64_t value) {
-  const uint64_t upper = value / kTenTo8;
-  const auto store = [=](int position, uint64_t eight) {
-    store_eight(end - position, eight_digits_of(static_cast<uint32_t>(eight)) | kZeroCharacters);
-  };
-  store(24, upper / kTenTo8);
-  store(16, upper % kTenTo8);
-  store(8, value % kTenTo8);
-}
+// Writes digits from the last one on to both sides of the point, which is left room for. Digits are
+// counted from the end of the text; those from `scale` on stand in front of the point.
+class PointedWriter {
+public:
+  PointedWriter(char* end, int32_t scale) : end_(end), scale_(scale) {}
+
+  // Writes the nineteen digits of a value below 10^19 from the given one on, and zeros before them
+  // up to three whole words.
+  void write_nineteen(int32_t from, uint64_t value) const {
+    const uint64_t upper = value / kTenTo8;
+    write_eight(from, value % kTenTo8);
+    write_eight(from + 8, upper % kTenTo8);
+    write_eight(from + 16, upper / kTenTo8);
+  }
+
+  void write_one(int32_t index, char digit) const {
+    end_[-1 - index - (index >= scale_ ? 1 : 0)] = digit;
+  }
+
+private:
+  void write_eight(int32_t from, uint64_t value) const {
+    const uint64_t word = eight_digits_of(static_cast<uint32_t>(value)) | kZeroCharacters;
+    char* const at = end_ - from - 8;
+    const int32_t behind = scale_ - from;
+    if (behind <= 0) return store_eight(at - 1, word);
+    store_eight(at, word);
+    if (behind >= 8) return;
+    // The point is among them: those in front of it move up.
+    const uint64_t in_front = (uint64_t{1} << (64 - 8 * behind)) - 1;
+    store_eight(at - 1, (word & in_front) | (word & ~in_front) << 8);
+  }
+
+  char* end_;
+  int32_t scale_;
+};
 
 }  // namespace
 
 DecimalText::DecimalText(const Decimal& value) {
   char* const end = buffer_ + sizeof buffer_;
+  const int32_t scale = value.scale;
+  const PointedWriter writer(end, scale);
   // Copied by words: copying it as a whole would wait until its words are stored.
   Uint256 rest = make_uint256(upper_half(value.magnitude), lower_half(value.magnitude));
-  char* at = end;
-  while ((rest.limb[1] | rest.limb[2] | rest.limb[3]) != 0) {
-    write_nineteen(at, divide(rest, kTenDivisors[19]));
-    at -= 19;
-  }
+  int32_t digits = 0;
+  for (; (rest.limb[1] | rest.limb[2] | rest.limb[3]) != 0; digits += 19)
+    writer.write_nineteen(digits, divide(rest, kTenDivisors[19]));
   const uint64_t top = rest.limb[0];
   const bool twenty = top >= kPowersOfTen[19];
-  write_nineteen(at, twenty ? top - kPowersOfTen[19] : top);
-  at[-20] = twenty ? '1' : '0';
-  at -= top == 0 ? 0 : decimal_length(top);
+  writer.write_nineteen(digits, twenty ? top - kPowersOfTen[19] : top);
+  writer.write_one(digits + 19, twenty ? '1' : '0');
+  digits += top == 0 ? 0 : decimal_length(top);
 
+  char* const point = end - scale - 1;
   // A digit stands in front of the point.
-  char* const point = end - value.scale;
-  if (at >= point) {
-    std::memset(point - 1, '0', static_cast<size_t>(at - (point - 1)));
-    at = point - 1;
+  if (digits <= scale) {
+    std::memset(point - 1, '0', static_cast<size_t>(scale + 2 - digits));
+    digits = scale + 1;
   }
-  if (value.scale != 0) {
-    // Integer digits move up by a byte, sixteen and then a few at a time, first to last.
-    char* const start = at - 1;
-    for (; point - at >= 16; at += 16) std::memmove(at - 1, at, 16);
-    for (; at != point; ++at) at[-1] = *at;
-    point[-1] = '.';
-    at = start;
-  }
-  *(at - 1) = '-';
-  start_ = at - (value.negative && !value.is_zero() ? 1 : 0);
+  *point = '.';
+  end_ = scale == 0 ? point : end;
+  char* const start = end - digits - 1;
+  start[-1] = '-';
+  start_ = start - (value.negative && !value.is_zero() ? 1 : 0);
 }
 
 }  // namespace tvx::numeric

@@ -51,7 +51,7 @@ public:
   explicit DecimalText(const Decimal& value);
 
   [[nodiscard]] std::string_view view() const {
-    return {start_, static_cast<size_t>(buffer_ + sizeof buffer_ - start_)};
+    return {start_, static_cast<size_t>(end_ - start_)};
   }
 
   DecimalText(const DecimalText&) = delete;
@@ -60,6 +60,7 @@ public:
 private:
   char buffer_[kMaxDecimalText + 48];  // right-aligned; five pieces of 19 digits, and five zeros
   const char* start_;
+  const char* end_;  // in front of the point when nothing follows it
 };
 
 }  // namespace tvx::numeric

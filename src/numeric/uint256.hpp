@@ -8,7 +8,12 @@
 #include <compare>
 #include <cstddef>
 #include <cstdint>
+#include <type_traits>
 #include <utility>
+
+#ifdef __x86_64__
+#include <x86intrin.h>
+#endif
 
 #include "base/bytes.hpp"
 #include "numeric/big_integer.hpp"
@@ -95,6 +100,31 @@ constexpr bool subtract(Uint256& a, const Uint256& b) {
   return borrow;
 }
 
+// sum = a + b + carry, a carry being 0 or 1; returns the carry. Compilers find the processor's
+// instruction in no other form.
+inline uint64_t add_with_carry(uint64_t carry, uint64_t a, uint64_t b, uint64_t& sum) {
+#ifdef __x86_64__
+  unsigned long long result = 0;
+  const unsigned char out = _addcarry_u64(static_cast<unsigned char>(carry), a, b, &result);
+  sum = result;
+  return out;
+#else
+  const Uint128 whole = static_cast<Uint128>(a) + b + carry;
+  sum = static_cast<uint64_t>(whole);
+  return static_cast<uint64_t>(whole >> 64);
+#endif
+}
+
+// a += b, or a -= b modulo 2^256 when `opposite` is 1 and not 0; returns the carry out of the upper
+// end, which a difference has unless it is below zero.
+inline uint64_t add_signed(Uint256& a, const Uint256& b, uint64_t opposite) {
+  const uint64_t mask = 0 - opposite;
+  uint64_t carry = add_with_carry(opposite, a.limb[0], b.limb[0] ^ mask, a.limb[0]);
+  carry = add_with_carry(carry, a.limb[1], b.limb[1] ^ mask, a.limb[1]);
+  carry = add_with_carry(carry, a.limb[2], b.limb[2] ^ mask, a.limb[2]);
+  return add_with_carry(carry, a.limb[3], b.limb[3] ^ mask, a.limb[3]);
+}
+
 // The negative of a value, modulo its size, for a sign of 1; the value itself for 0.
 constexpr Uint128 with_sign(uint64_t sign, Uint128 value) {
   return (value ^ (0 - static_cast<Uint128>(sign))) + sign;
@@ -133,6 +163,39 @@ constexpr Uint256 multiply(Uint128 a, Uint128 b) {
   return {{low(bottom), low(right), low(top), high(top)}};
 }
 
+// The product of a number of two words and one of four.
+constexpr Uint512 multiply(Uint128 a, const Uint256& b) {
+  const Uint256 lower = multiply(a, lower_half(b));
+  const Uint256 upper = multiply(a, upper_half(b));
+  const Uint128 middle = upper_half(lower) + lower_half(upper);
+  // The product is below 2^384: the carry stays in the uppermost two words.
+  const Uint128 top = upper_half(upper) + (middle < lower_half(upper));
+  return {{lower.limb[0], lower.limb[1], static_cast<uint64_t>(middle),
+           static_cast<uint64_t>(middle >> 64), static_cast<uint64_t>(top),
+           static_cast<uint64_t>(top >> 64), 0, 0}};
+}
+
+// The lower half of a product, for numbers whose product is known to fit: no branch on their sizes.
+inline Uint256 multiply_low(const Uint256& a, const Uint256& b) {
+  Uint256 product{};
+  const auto add_row = [&](size_t i) {
+    // (2^64 - 1)^2 and two more words below 2^64 are at most 2^128 - 1.
+    uint64_t above = 0;
+    for (size_t j = 0; i + j < 3; ++j) {
+      const Uint128 term =
+          static_cast<Uint128>(a.limb[i]) * b.limb[j] + product.limb[i + j] + above;
+      product.limb[i + j] = static_cast<uint64_t>(term);
+      above = static_cast<uint64_t>(term >> 64);
+    }
+    product.limb[3] += a.limb[i] * b.limb[3 - i] + above;
+  };
+  add_row(0);
+  add_row(1);
+  add_row(2);
+  add_row(3);
+  return product;
+}
+
 constexpr Uint512 widen(const Uint256& value) {
   return {{value.limb[0], value.limb[1], value.limb[2], value.limb[3], 0, 0, 0, 0}};
 }
@@ -145,6 +208,23 @@ constexpr bool narrow(const Uint512& wide, Uint256& value) {
 
 // ---- Quotients ---------------------------------------------------------------------------------
 
+namespace detail {
+
+// Divides (upper, lower) by a divisor above `upper`. Compilers call a function of the support
+// library for it, for they cannot know that the quotient fits a word.
+constexpr uint64_t divide_two_words(uint64_t upper, uint64_t lower, uint64_t divisor) {
+#ifdef __x86_64__
+  if (!std::is_constant_evaluated()) {
+    uint64_t quotient = lower;
+    __asm__("divq %2" : "+a"(quotient), "+d"(upper) : "r"(divisor) : "cc");
+    return quotient;
+  }
+#endif
+  return static_cast<uint64_t>(((static_cast<Uint128>(upper) << 64) | lower) / divisor);
+}
+
+}  // namespace detail
+
 // A divisor of one word, shifted up until its upper bit is set, with its reciprocal
 // floor((2^128 - 1) / divisor) - 2^64. Source of this and of the division by it: N. Moeller and
 // T. Granlund, "Improved division by invariant integers" (2011), algorithms 2 and 4.
@@ -155,8 +235,7 @@ struct WordDivisor {
 
   explicit constexpr WordDivisor(uint64_t value)
       : divisor(value << std::countl_zero(value)),
-        reciprocal(
-            static_cast<uint64_t>(((static_cast<Uint128>(~divisor) << 64) | UINT64_MAX) / divisor)),
+        reciprocal(detail::divide_two_words(~divisor, UINT64_MAX, divisor)),
         shift(std::countl_zero(value)) {}
 
   // Divides (remainder, word) by the divisor, leaves the new remainder and returns the quotient;
@@ -298,6 +377,13 @@ inline Uint256 load_big_endian(const uint8_t* bytes, size_t count) {
 // upper part comes first, so that the words behind it mend what it writes too far.
 inline void store_big_endian(const Uint256& value, uint8_t* bytes, size_t count) {
   uint8_t* const end = bytes + count;
+  if (count > 24) {
+    detail::store_word(bytes, value.limb[3] << (256 - 8 * count));
+    detail::store_word(end - 24, value.limb[2]);
+    detail::store_word(end - 16, value.limb[1]);
+    detail::store_word(end - 8, value.limb[0]);
+    return;
+  }
   if (count >= 8) {
     const size_t top = (count - 1) / 8;
     detail::store_word(bytes, value.limb[top] << (64 * (top + 1) - 8 * count));

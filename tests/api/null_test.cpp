@@ -110,7 +110,7 @@ TEST_F(Null, WithoutMemoryTheCodeHasNoValue) {
   using Change = int32_t(comn_context*, int32_t);
   Change* const replace = [](comn_context* c, int32_t code) { return set(c, code, "a long one"); };
   // clang-format off
-  const struct { int32_t code; const char* before /* null: as it was */; Change* change; } rows[] = {
+  const struct { int32_t code; const char* before; Change* change; } rows[] = {  // null: as it was
       {8, nullptr, replace}, {4, "t", replace}, {45, nullptr, replace}, {45, "ab", replace},
       {10, "", com_null_reinstall}, {16, "s", com_null_reinstall}};
   // clang-format on

@@ -1,5 +1,8 @@
 #include "support/failing_heap.hpp"
 
+#include <malloc.h>
+
+#include <algorithm>
 #include <atomic>
 #include <cstdlib>
 #include <cstring>
@@ -8,41 +11,30 @@
 
 namespace {
 
-std::atomic<long> total_calls{0};
-std::atomic<long> failing_call{0};
-std::atomic<long> live{0};
-
-bool fails() {
-  return ++total_calls == failing_call;
-}
-
-void* counted(void* block) {
-  if (block != nullptr) ++live;
-  return block;
-}
+std::atomic<long> total_calls{0}, failing_call{0}, live{0};
 
 }  // namespace
 
 void* comn_malloc(size_t size) {
-  if (fails()) return nullptr;
-  void* block = counted(std::malloc(size));
+  if (++total_calls == failing_call) return nullptr;
+  void* const block = std::malloc(size);
+  if (block == nullptr) return nullptr;
+  ++live;
   // Fresh memory is often zero by luck; filled, its use shows.
-  if (block != nullptr) std::memset(block, '"', size);
-  return block;
+  return std::memset(block, '"', size);
 }
 
 void* comn_calloc(size_t count, size_t size) {
-  return fails() ? nullptr : counted(std::calloc(count, size));
+  void* const block = comn_malloc(count * size);
+  return block == nullptr ? nullptr : std::memset(block, 0, count * size);
 }
 
+// Always moves the block, so that a pointer into the old one shows.
 void* comn_realloc(void* block, size_t size) {
-  if (fails()) return nullptr;
-  // Told before the call, after which the old block may no longer be looked at.
-  const bool was_live = block != nullptr;
-  void* moved = std::realloc(block, size);
-  if (moved != nullptr && !was_live) ++live;
-  // The C library releases the block and gives null when the size is 0.
-  if (moved == nullptr && was_live && size == 0) --live;
+  void* const moved = comn_malloc(size);
+  if (moved == nullptr || block == nullptr) return moved;
+  std::memcpy(moved, block, std::min(size, malloc_usable_size(block)));
+  comn_free(block);
   return moved;
 }
 

@@ -1,13 +1,9 @@
 // A small two-byte character set for tests of everything that reads text by characters. Its lead
-// bytes are 0x81 to 0x9F; the full-width forms of ASCII lie as in Shift-JIS:
-//
-//   0x82 0x4F..0x58 digits, 0x60..0x79 upper case, 0x81..0x9A lower case
-//   0x81 0x40 blank, 0x44 full stop, 0x43 comma, 0x46 colon, 0x5E slash, 0x7B plus, 0x7C minus,
-//        0x90 dollar
-//
-// All other two-byte characters are letters without case and without an ASCII form. Of the one-byte
-// characters, those below 0x80 are ASCII and those above are letters without case or ASCII form.
-// On request the set has four-byte characters: a lead byte, a digit and two more bytes.
+// bytes are 0x81 to 0x9F; the full-width forms of ASCII lie as in Shift-JIS. All other two-byte
+// characters are letters without case and without an ASCII form. Of the one-byte characters, those
+// below 0x80 are ASCII and those above are letters without case or ASCII form. Two-byte characters
+// take two columns of a display, those of the lead byte 0x9F one. On request the set has four-byte
+// characters: a lead byte, a digit and two more bytes.
 #pragma once
 
 #include <array>
@@ -15,6 +11,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "tvxcomn/attributes.h"
 
@@ -25,22 +22,32 @@ public:
   enum class FourByte { kNo, kYes };
 
   explicit MultibyteRecord(FourByte four_byte = FourByte::kNo) {
-    fill_one_byte_characters();
-    for (size_t lead = 0x81; lead <= 0x9F; ++lead) fill_lead_byte(lead);
-    for (const Form& form : kForms) fill_full_width(form);
+    lengths_.fill(0x11);
     lengths_[255] = static_cast<uint8_t>(four_byte == FourByte::kYes ? 0xF1 : 0x11);
-    record_ = {.status = 0,
-               .class_ = 2,
-               .id = 141,
-               .name_length = 4,
-               .name = "test",
-               .format = {1, 1, 0, kPages, 1},
-               .lengths = lengths_.data(),
-               .to_ascii = to_ascii_.data(),
-               .attributes = attributes_.data(),
-               .soundex = soundex_.data()};
+    for (size_t i = 0; i < rows_.size(); ++i) {
+      const auto byte = static_cast<uint8_t>(i);
+      rows_[i] = i < 0x80 ? ascii_row(byte) : Row{byte, byte, COM_LEX_LETTER, 0};
+      if (i < 0x80) to_ascii_[i] = byte;
+    }
+    for (uint8_t lead = 0x81; lead <= 0x9F; ++lead) {
+      const auto page = static_cast<uint8_t>(lead < 0x83 ? lead - 0x80 : kPages - 1);
+      lengths_[lead] = lead == 0x9F ? 0x12 : 0x22;
+      to_ascii_[lead] = page == kPages - 1 ? uint8_t{0} : page;
+      rows_[lead] = {page, 0, COM_LEX_LETTER, COM_ATTR_LEADBYTE};
+    }
+    for (uint8_t c = 0; c < 0x80; ++c) {
+      const unsigned wide = wide_form(c);
+      if (wide == 0) continue;
+      const auto second_byte = [](uint8_t other) { return static_cast<uint8_t>(wide_form(other)); };
+      const Row row = ascii_row(c);
+      rows_[wide - 0x8000] = {second_byte(row[0]), second_byte(row[1]), row[2], row[3]};
+      to_ascii_[wide - 0x8000] = c;
+    }
+    record_.class_ = 2;
+    record_.lengths = lengths_.data();
+    record_.to_ascii = to_ascii_.data();
+    record_.attributes = rows_[0].data();
   }
-
   // The record points into this object.
   MultibyteRecord(const MultibyteRecord&) = delete;
   MultibyteRecord& operator=(const MultibyteRecord&) = delete;
@@ -58,105 +65,38 @@ public:
   static std::string full_width(std::string_view ascii) {
     std::string wide;
     for (const char c : ascii) {
-      const Form* form = find_form(static_cast<uint8_t>(c));
-      if (form == nullptr) {
-        wide += c;
-      } else {
-        wide += static_cast<char>(form->lead);
-        wide += static_cast<char>(form->second + static_cast<uint8_t>(c) - form->first);
-      }
+      const unsigned form = wide_form(static_cast<uint8_t>(c));
+      if (form != 0) wide += static_cast<char>(form >> 8);
+      wide += form != 0 ? static_cast<char>(form) : c;
     }
     return wide;
   }
 
 private:
-  struct Form {
-    uint8_t first;  // ASCII characters
-    uint8_t last;
-    uint8_t lead;  // full-width form of the first
-    uint8_t second;
-  };
+  using Row = std::array<uint8_t, 4>;  // upper, lower, lexical class, flags
+  // The lead and the second byte of an ASCII character's full-width form, 0 for none.
+  static unsigned wide_form(uint8_t c) {
+    if (c >= '0' && c <= '9') return 0x824Fu + c - '0';
+    if (c >= 'A' && c <= 'Z') return 0x8260u + c - 'A';
+    if (c >= 'a' && c <= 'z') return 0x8281u + c - 'a';
+    static constexpr std::pair<char, unsigned> kSigns[] = {
+        {' ', 0x8140}, {'.', 0x8144}, {',', 0x8143}, {':', 0x8146},
+        {'/', 0x815E}, {'+', 0x817B}, {'-', 0x817C}, {'$', 0x8190}};
+    for (const auto& [sign, form] : kSigns)
+      if (c == sign) return form;
+    return 0;
+  }
+  // Of ASCII the built-in record says the same.
+  static Row ascii_row(uint8_t c) {
+    const uint8_t* row = com_get_typemap() + c * size_t{4};
+    return {row[0], row[1], row[2], row[3]};
+  }
 
-  static constexpr Form kForms[] = {
-      {'0', '9', 0x82, 0x4F}, {'A', 'Z', 0x82, 0x60}, {'a', 'z', 0x82, 0x81},
-      {' ', ' ', 0x81, 0x40}, {'.', '.', 0x81, 0x44}, {',', ',', 0x81, 0x43},
-      {':', ':', 0x81, 0x46}, {'/', '/', 0x81, 0x5E}, {'+', '+', 0x81, 0x7B},
-      {'-', '-', 0x81, 0x7C}, {'$', '$', 0x81, 0x90},
-  };
-
-  // The page of a lead byte is the same number in both tables.
+  // Page 0 holds the one-byte characters, 1 and 2 those behind 0x81 and 0x82, 3 all others.
   static constexpr uint8_t kPages = 4;
-  static constexpr size_t page_of(size_t lead) {
-    return lead == 0x81 ? 1 : lead == 0x82 ? 2 : kPages - 1;
-  }
-
-  static const Form* find_form(uint8_t c) {
-    for (const Form& form : kForms)
-      if (c >= form.first && c <= form.last) return &form;
-    return nullptr;
-  }
-
-  struct Class {
-    uint8_t lexical;
-    unsigned flags;
-  };
-
-  static constexpr bool within(uint8_t c, char first, char last) { return c >= first && c <= last; }
-
-  static Class class_of_ascii(uint8_t c) {
-    const unsigned hex = within(c | 0x20, 'a', 'f') ? COM_ATTR_XDIGIT : 0u;
-    if (within(c, '0', '9')) return {COM_LEX_DIGIT, COM_ATTR_DIGIT | COM_ATTR_XDIGIT};
-    if (within(c, 'A', 'Z')) return {COM_LEX_LETTER, COM_ATTR_UPPER | hex};
-    if (within(c, 'a', 'z')) return {COM_LEX_LETTER, COM_ATTR_LOWER | hex};
-    if (c == ' ') return {COM_LEX_SPACE, COM_ATTR_SPACE};
-    if (c == '$') return {COM_LEX_CURRENCY, COM_ATTR_PUNCT};
-    if (c == '"') return {COM_LEX_QUOTE, COM_ATTR_PUNCT};
-    if (c == '#' || c == '@' || c == '_') return {COM_LEX_LETTER, COM_ATTR_PUNCT};
-    return {COM_LEX_OTHER, COM_ATTR_PUNCT};
-  }
-
-  void set(size_t index, size_t upper, size_t lower, Class kind) {
-    attributes_[index * 4] = static_cast<uint8_t>(upper);
-    attributes_[index * 4 + 1] = static_cast<uint8_t>(lower);
-    attributes_[index * 4 + 2] = kind.lexical;
-    attributes_[index * 4 + 3] = static_cast<uint8_t>(kind.flags);
-  }
-
-  void fill_one_byte_characters() {
-    lengths_.fill(0x11);
-    for (uint8_t c = 0; c < 0x80; ++c) {
-      const bool letter = within(c | 0x20, 'a', 'z');
-      set(c, letter ? c & ~0x20u : c, letter ? c | 0x20u : c, class_of_ascii(c));
-      to_ascii_[c] = c;
-    }
-    for (size_t c = 0x80; c < 256; ++c) set(c, c, c, {COM_LEX_LETTER, 0});
-  }
-
-  void fill_lead_byte(size_t lead) {
-    const size_t page = page_of(lead);
-    lengths_[lead] = 0x22;
-    to_ascii_[lead] = static_cast<uint8_t>(page == kPages - 1 ? 0 : page);
-    set(lead, page, 0, {COM_LEX_LETTER, COM_ATTR_LEADBYTE});
-    for (size_t c = 0; c < 256; ++c) set(page * 256 + c, c, c, {COM_LEX_LETTER, 0});
-  }
-
-  void fill_full_width(const Form& form) {
-    constexpr size_t kUpperA = 0x60, kLowerA = 0x81;
-    const size_t page = page_of(form.lead);
-    const bool letters = form.last - form.first == 'Z' - 'A';
-    for (size_t i = 0; i <= size_t{form.last} - form.first; ++i) {
-      const auto c = static_cast<uint8_t>(form.first + i);
-      const size_t second = form.second + i;
-      set(page * 256 + second, letters ? kUpperA + i : second, letters ? kLowerA + i : second,
-          class_of_ascii(c));
-      to_ascii_[page * 256 + second] = c;
-    }
-  }
-
   std::array<uint8_t, 256> lengths_{};
   std::array<uint8_t, 256 * (kPages - 1)> to_ascii_{};
-  std::array<uint8_t, 1024 * kPages> attributes_{};
-  std::array<uint8_t, 256> soundex_{};
+  std::array<Row, 256 * kPages> rows_{};
   com_charattr record_{};
 };
 
