@@ -12,7 +12,6 @@ using testing::KilledBySignal;
 constexpr const char* kAssertion = "^\n\rassertion failed, file '[^']+' line [0-9]+\n\r$";
 constexpr const char* kNullPointer = "^\nInvalid NULL pointer , file '[^']+' line [0-9]+\n$";
 
-// What the calls below have in common.
 comn_context unset{};
 comn_context* const context = shared_context();
 const comn_datafmt i4 = format_of(8), negative = format_of(-1);
