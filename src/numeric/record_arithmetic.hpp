@@ -47,7 +47,8 @@ constexpr MagnitudeLayout make_magnitude_layout(size_t precision) {
   const bool is_short = bytes < 8;
   layout.first_at = is_short ? 0 : kMagnitudeAt;
   layout.first_shift = is_short ? 8 * kMagnitudeAt : 0;
-  layout.excess = static_cast<uint8_t>(is_short ? 0 : 8 * (8 * (layout.uppermost + 1u) - bytes));
+  layout.excess =
+      static_cast<uint8_t>(is_short ? 0 : 8 * (size_t{8} * (layout.uppermost + 1u) - bytes));
   for (size_t i = 0; i < 4; ++i) {
     const bool is_below = i < layout.uppermost;
     layout.below[i] = is_below ? UINT64_MAX : 0;
