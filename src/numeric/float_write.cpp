@@ -34,8 +34,9 @@ struct Decimal17 {
 // multiple of 5 * 10^(-q - 1), or of 5 * 10^-q with 18 digits, the odd factor being between 2^53
 // and 2 * 10^17. For q < 0 no double has such a factor; for q > 0 the factor must be divisible by
 // 5^(q - 1), which q > 25 makes greater than 2 * 10^17.
-// And no other double comes nearer to a tie than 351 units (0x13de005bd620df * 2^164 does), so that
-// cutting off does not take the product across one. A search over all doubles stands in the tests.
+// And no other double comes nearer to a tie of its own 17 digits than 351 units (0x13de005bd620df *
+// 2^164 does), so that cutting off does not take the product across one. A search over all doubles
+// stands in the tests.
 Decimal17 seventeen_digits(uint64_t significand, int exponent) {
   const int decimal_exponent = floor_log10_of_power_of_two(exponent);
   const int q = 16 - decimal_exponent;

@@ -107,6 +107,8 @@ TEST(Strings, MessageArgumentsAreReadAsTheirFormatSays) {
   EXPECT_EQ(build(nullptr, "%s", "a"), kBadArgument);
   EXPECT_EQ(build("a", nullptr), kBadArgument);
   EXPECT_LT(intl_strbuild(0, nullptr, 20, "a", ""), 0);
+  char reserved_is_not_zero[20];
+  EXPECT_LT(intl_strbuild(1, reserved_is_not_zero, 20, "a", ""), 0);
 }
 
 // The numbers reach logs and messages, so the table that people look them up in must be the
