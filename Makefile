@@ -15,7 +15,7 @@ BENCH_PACKAGES = libbenchmark-dev libfast-float-dev libgmp-dev libboost-dev libd
 LINT_PACKAGES = clang-format clang-tidy
 
 SAMPLE = examples/shipments.csv
-SAMPLE_TYPES = id:i4,customer:ui4,quantity:i2,parcels:i1,depot:ui2,weight_kg:flt8,discount:flt8,express:bit,tracking:ui8,balance:i8,temperature:flt4,price:money,duty:num(12,4)
+SAMPLE_TYPES = id:i4,customer:ui4,quantity:i2,parcels:i1,depot:ui2,weight_kg:flt8,discount:flt8,express:bit,tracking:ui8,balance:i8,temperature:flt4,price:money,duty:num(12,4),shipped:datetime,due:datea,pickup:timea
 
 .PHONY: all run check debug asan tsan clang bench lint format install clean packages
 

@@ -44,6 +44,12 @@ int main(int argc, char** argv) {
   tvx::bench::compare_scalar_pairs(suite);
   tvx::bench::compare_exact_numerics(suite);
   tvx::bench::compare_money(suite);
+  tvx::bench::compare_binary(suite);
+  tvx::bench::compare_threads(suite);
+  tvx::bench::compare_calendar(suite);
+  tvx::bench::compare_date_text_reading(suite);
+  tvx::bench::compare_date_text_writing(suite);
+  tvx::bench::compare_lists(suite);
 
   tvx::bench::Collector collector;
   benchmark::RunSpecifiedBenchmarks(&collector);

@@ -39,8 +39,10 @@ bool print_ratio(const Comparison& comparison, const std::vector<Timing>& timing
 }  // namespace
 
 bool Collector::ReportContext(const Context& context) {
-  std::printf("%d CPUs at %.0f MHz; medians, processor time a value\n", context.cpu_info.num_cpus,
-              context.cpu_info.cycles_per_second / 1e6);
+  std::printf(
+      "%d CPUs at %.0f MHz; medians, processor time a value (of"
+      " threads: time elapsed)\n",
+      context.cpu_info.num_cpus, context.cpu_info.cycles_per_second / 1e6);
   std::fflush(stdout);
   return true;
 }
@@ -48,7 +50,9 @@ bool Collector::ReportContext(const Context& context) {
 void Collector::ReportRuns(const std::vector<Run>& runs) {
   for (const Run& run : runs) {
     if (run.run_type != Run::RT_Iteration || run.error_occurred) continue;
-    const double seconds = run.cpu_accumulated_time / static_cast<double>(run.iterations);
+    const bool elapsed = !run.run_name.time_type.empty();
+    const double total = elapsed ? run.real_accumulated_time : run.cpu_accumulated_time;
+    const double seconds = total / static_cast<double>(run.iterations);
     nanoseconds_[run.run_name.function_name].push_back(seconds * 1e9 / kValues);
   }
 }

@@ -11,6 +11,7 @@
 #include <benchmark/benchmark.h>
 
 #include <cstdint>
+#include <functional>
 #include <iostream>
 #include <memory>
 #include <optional>
@@ -81,8 +82,21 @@ public:
     const auto shared = std::make_shared<const std::vector<Value>>(std::move(values));
     Comparison& comparison = comparisons_.emplace_back(Comparison{std::move(title), {}});
     (check(comparison, *shared, agree, ours, peers), ...);
-    add_side(comparison, "ours", shared, ours);
-    (add_side(comparison, peers.name, shared, peers.function), ...);
+    add_side(comparison, "ours", over_values(shared, ours));
+    (add_side(comparison, peers.name, over_values(shared, peers.function)), ...);
+  }
+
+  // Registers the timing, by the clock on the wall, of what several threads do together: functions
+  // that take how many operations to do, do them, and return a number that must be the same for
+  // all.
+  template <class Ours, class... Peers>
+  void compare_elapsed(Title title, Ours ours, Peer<Peers>... peers) {
+    static_assert(sizeof...(peers) > 0);
+    constexpr int64_t kOperations = kValues;
+    Comparison& comparison = comparisons_.emplace_back(Comparison{std::move(title), {}});
+    (check(comparison, std::vector{kOperations}, std::equal_to<>(), ours, peers), ...);
+    add_side(comparison, "ours", in_one_go(ours))->UseRealTime();
+    (add_side(comparison, peers.name, in_one_go(peers.function))->UseRealTime(), ...);
   }
 
   [[nodiscard]] const std::vector<Comparison>& comparisons() const { return comparisons_; }
@@ -102,18 +116,35 @@ private:
   }
 
   template <class Value, class Function>
-  void add_side(Comparison& comparison, const char* name,
-                const std::shared_ptr<const std::vector<Value>>& values, Function function) {
+  static auto over_values(const std::shared_ptr<const std::vector<Value>>& values,
+                          Function function) {
+    return [values, function](benchmark::State& state) mutable {
+      for ([[maybe_unused]] auto iteration : state) {
+        for (const Value& value : *values) {
+          auto result = function(value);
+          benchmark::DoNotOptimize(result);
+        }
+      }
+    };
+  }
+
+  // What the threads themselves cost is spread over all operations of a measurement.
+  template <class Function>
+  static auto in_one_go(Function function) {
+    return [function](benchmark::State& state) mutable {
+      const auto iterations = state.max_iterations;
+      while (state.KeepRunningBatch(static_cast<int64_t>(iterations))) {
+        auto result = function(static_cast<int64_t>(iterations * kValues));
+        benchmark::DoNotOptimize(result);
+      }
+    };
+  }
+
+  template <class Run>
+  static benchmark::internal::Benchmark* add_side(Comparison& comparison, const char* name,
+                                                  Run run) {
     comparison.sides.emplace_back(name);
-    benchmark::RegisterBenchmark(comparison.run_name(name).c_str(),
-                                 [values, function](benchmark::State& state) mutable {
-                                   for ([[maybe_unused]] auto iteration : state) {
-                                     for (const Value& value : *values) {
-                                       auto result = function(value);
-                                       benchmark::DoNotOptimize(result);
-                                     }
-                                   }
-                                 });
+    return benchmark::RegisterBenchmark(comparison.run_name(name).c_str(), run);
   }
 
   std::vector<Comparison> comparisons_;
@@ -122,9 +153,15 @@ private:
 
 // ---- The comparisons there are -----------------------------------------------------------------
 
+void compare_calendar(Suite& suite);
+void compare_date_text_reading(Suite& suite);
+void compare_date_text_writing(Suite& suite);
+void compare_binary(Suite& suite);
 void compare_exact_numerics(Suite& suite);
+void compare_lists(Suite& suite);
 void compare_money(Suite& suite);
 void compare_number_text(Suite& suite);
 void compare_scalar_pairs(Suite& suite);
+void compare_threads(Suite& suite);
 
 }  // namespace tvx::bench

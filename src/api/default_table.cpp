@@ -5,6 +5,9 @@
 #include <algorithm>
 
 #include "api/binary_served.hpp"
+#include "api/dateformat_served.hpp"
+#include "api/dateparse_served.hpp"
+#include "api/dates_served.hpp"
 #include "api/money_served.hpp"
 #include "api/numbertext_served.hpp"
 #include "api/numeric_served.hpp"
@@ -21,10 +24,11 @@ constexpr std::array kNullServed{
     Served{convert::kNullSource, convert::kNullDestinations, convert::null_to_any}};
 constexpr int kNullPairs = 37;
 
-constexpr auto kServed = all_of(kScalarServed, kNumberTextServed, kNumericServed, kMoneyServed,
-                                kBinaryServed, kNullServed);
-constexpr int kPairs =
-    kScalarPairs + kNumberTextPairs + kNumericPairs + kMoneyPairs + kBinaryPairs + kNullPairs;
+constexpr auto kServed =
+    all_of(kScalarServed, kNumberTextServed, kNumericServed, kMoneyServed, kBinaryServed,
+           kDateFormatServed, kDatesServed, kDateParseServed, kNullServed);
+constexpr int kPairs = kScalarPairs + kNumberTextPairs + kNumericPairs + kMoneyPairs +
+                       kBinaryPairs + kDateFormatPairs + kDatesPairs + kDateParsePairs + kNullPairs;
 
 // The table as it comes together, and whether each cell is claimed once. The claims are marked
 // beside the table, since not every compiler compares the addresses of functions at compile time.

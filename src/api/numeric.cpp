@@ -118,58 +118,12 @@ bool are_numerics(const comn_numeric* a, const comn_numeric* b) {
   return num::is_numeric(*a) && num::is_numeric(*b);
 }
 
-// Computes into a result of a type and stores it.
-template <class Compute>
-int32_t store_result(num::DecimalType type, comn_numeric* out, Compute compute) {
-  if (!type.is_valid()) return CS_CONV_OVERFLOW;
-  Decimal result{{}, type.precision, type.scale, false};
-  const DecimalStatus status = compute(result);
-  if (status != DecimalStatus::kDone) [[unlikely]]
-    result.magnitude = {};
-  num::put_numeric(result, *out);  // its digits are checked
-  return result_code(status);
-}
+using Operation = DecimalStatus(const comn_numeric& a, const comn_numeric& b, comn_numeric& out);
 
-int32_t sum(const comn_numeric* left, const comn_numeric* right, comn_numeric* out,
-            bool subtracts) {
-  rt::require_pointer(out);
-  if (!are_numerics(left, right)) return CS_CONV_DOMAIN;
-  if (num::add_two_words(*left, *right, subtracts, *out) ||
-      num::add_fitting(*left, *right, subtracts, *out)) [[likely]]
-    return CS_SUCCEED;
-  Decimal a = num::load_numeric(*left);
-  Decimal b = num::load_numeric(*right);
-  if (!num::have_one_type(a, b)) {
-    // Copies, so that operands of one type need not lie in memory.
-    Decimal x = a;
-    Decimal y = b;
-    const DecimalStatus status = num::bring_to_one_type(x, y);
-    if (status != DecimalStatus::kDone) return result_code(status);
-    a = x;
-    b = y;
-  }
-  return store_result(num::sum_type(a), out, [&](Decimal& result) {
-    return num::add_or_subtract(a, b, subtracts, result);
-  });
-}
-
-int32_t product(const comn_numeric* left, const comn_numeric* right, comn_numeric* out) {
-  rt::require_pointer(out);
-  if (!are_numerics(left, right)) return CS_CONV_DOMAIN;
-  if (num::multiply_two_words(*left, *right, *out)) return CS_SUCCEED;
-  const Decimal a = num::load_numeric(*left);
-  const Decimal b = num::load_numeric(*right);
-  return store_result(num::product_type(a, b), out,
-                      [&](Decimal& result) { return num::multiply(a, b, result); });
-}
-
-int32_t quotient(const comn_numeric* left, const comn_numeric* right, comn_numeric* out) {
-  rt::require_pointer(out);
-  if (!are_numerics(left, right)) return CS_CONV_DOMAIN;
-  const Decimal a = num::load_numeric(*left);
-  const Decimal b = num::load_numeric(*right);
-  return store_result(num::quotient_type(a, b), out,
-                      [&](Decimal& result) { return num::divide(a, b, result, nullptr); });
+int32_t operate(Operation* operation, const comn_numeric* a, const comn_numeric* b,
+                comn_numeric* result) {
+  rt::require_pointer(result);
+  return are_numerics(a, b) ? result_code(operation(*a, *b, *result)) : CS_CONV_DOMAIN;
 }
 
 }  // namespace
@@ -177,28 +131,23 @@ int32_t quotient(const comn_numeric* left, const comn_numeric* right, comn_numer
 extern "C" {
 
 int32_t comn_numadd(const comn_numeric* a, const comn_numeric* b, comn_numeric* result) {
-  return rt::traced(sum(a, b, result, false));
+  return rt::traced(operate(num::add, a, b, result));
 }
 
 int32_t comn_numsub(const comn_numeric* a, const comn_numeric* b, comn_numeric* result) {
-  return rt::traced(sum(a, b, result, true));
+  return rt::traced(operate(num::subtract, a, b, result));
 }
 
 int32_t comn_nummul(const comn_numeric* a, const comn_numeric* b, comn_numeric* result) {
-  return rt::traced(product(a, b, result));
+  return rt::traced(operate(num::multiply, a, b, result));
 }
 
 int32_t comn_numdivide(const comn_numeric* a, const comn_numeric* b, comn_numeric* result) {
-  return rt::traced(quotient(a, b, result));
+  return rt::traced(operate(num::divide, a, b, result));
 }
 
 int32_t comn_numcmp(const comn_numeric* a, const comn_numeric* b) {
-  if (!are_numerics(a, b)) return rt::traced(CS_CONV_DOMAIN);
-  int32_t order = 0;
-  if (num::compare_same_type(*a, *b, order) || num::compare_leading_bits(*a, *b, order)) [[likely]]
-    return order;
-  return num::compare(num::load_numeric(*a), num::load_numeric(*b),
-                      num::kCompareSigned | num::kCompareScaled);
+  return are_numerics(a, b) ? num::compare(*a, *b) : rt::traced(CS_CONV_DOMAIN);
 }
 
 }  // extern "C"

@@ -24,33 +24,26 @@ const char* trimmed_end(const char* begin, const char* end) {
   return end;
 }
 
-struct FloatReading {
-  numeric::FloatParse parse;
-  bool whole;  // the text is one number and nothing else
-};
-
-FloatReading parse_trimmed(const char* text, int32_t length) {
-  const char* end = trimmed_end(text, text + length);
-  const auto parse = numeric::parse_float(text, end);
-  return {parse, parse.end == end};
-}
-
-FloatReading parse_text(Text text, const com_charattr* attributes) {
+template <class Type>
+Reading<Type> read_float(Text text, const com_charattr* attributes) {
+  if (text.length < 0 || text.length >= kTextCapacity)
+    return {Value<Type>{}, CS_CONV_SYNTAX, false};
   if (!charset::is_multibyte(attributes)) [[likely]]
-    return parse_trimmed(text.data, text.length);
+    return read_float_bytes<Type>(text);
   char mapped[kTextCapacity];
   const int32_t length =
       charset::map_to_ascii(text.data, text.length, mapped, kTextCapacity, attributes);
-  return parse_trimmed(mapped, length);
+  return read_float_bytes<Type>({mapped, length});
 }
 
+}  // namespace
+
 template <class Type>
-Reading<Type> read_float(Text text, const com_charattr* attributes) {
+Reading<Type> read_float_bytes(Text text) {
   using Float = Value<Type>;
   constexpr Float largest = std::numeric_limits<Float>::max();
-  if (text.length < 0 || text.length >= kTextCapacity) return {Float{}, CS_CONV_SYNTAX, false};
-
-  const auto [parse, whole] = parse_text(text, attributes);
+  const char* end = trimmed_end(text.data, text.data + text.length);
+  const auto parse = numeric::parse_float(text.data, end);
   switch (parse.range) {  // goes before a syntax error further on
     case numeric::FloatRange::kUnderflow:
       return {static_cast<Float>(parse.value), CS_CONV_UNDERFLOW, true};
@@ -59,7 +52,7 @@ Reading<Type> read_float(Text text, const com_charattr* attributes) {
     case numeric::FloatRange::kWithin:
       break;
   }
-  if (!whole) {
+  if (parse.end != end) {
     constexpr bool stores_prefix = std::is_same_v<Type, type::flt8>;
     return {stores_prefix ? static_cast<Float>(parse.value) : Float{}, CS_CONV_SYNTAX,
             stores_prefix};
@@ -71,7 +64,8 @@ Reading<Type> read_float(Text text, const com_charattr* attributes) {
   return {static_cast<Float>(parse.value), CS_SUCCEED, true};
 }
 
-}  // namespace
+template Reading<type::flt4> read_float_bytes(Text);
+template Reading<type::flt8> read_float_bytes(Text);
 
 Reading<type::flt4> read_flt4(Text text, const com_charattr* attributes) {
   return read_float<type::flt4>(text, attributes);
@@ -81,16 +75,17 @@ Reading<type::flt8> read_flt8(Text text, const com_charattr* attributes) {
   return read_float<type::flt8>(text, attributes);
 }
 
-FloatText::FloatText(double value) : begin_(buffer_) {
+FloatText::FloatText(double value, NegativeZero zero, WholeNumber whole) : begin_(buffer_) {
   constexpr size_t marker = 2;  // ".0"
   static_assert(numeric::kGeneral17Bytes + marker <= kCapacity);
-  char* end = numeric::write_general17(value == 0 ? 0.0 : value, buffer_);  // no -0.0
+  if (value == 0 && zero == NegativeZero::is_zero) value = 0.0;
+  char* end = numeric::write_general17(value, buffer_);
   const bool has_mark = std::any_of(
       buffer_, end, [](char character) { return character == '.' || character == 'e'; });
-  if (!has_mark) {
+  if (!has_mark && whole == WholeNumber::has_point) {
     *end++ = '.';
     *end++ = '0';
-  } else if (buffer_[0] == '0' && buffer_[1] == '.') {
+  } else if (has_mark && buffer_[0] == '0' && buffer_[1] == '.') {
     ++begin_;
   }
   end_ = end;

@@ -3,6 +3,7 @@
 
 #include <string_view>
 
+#include "base/hexadecimal.hpp"
 #include "charset/ascii_mapping.hpp"
 #include "charset/attributes.hpp"
 
@@ -10,13 +11,6 @@ namespace tvx::convert {
 namespace {
 
 constexpr int32_t kLongestText = 255;
-constexpr int kNoDigit = -1;
-
-int digit_value(char character) {
-  if (character >= '0' && character <= '9') return character - '0';
-  const char lower = static_cast<char>(character | 0x20);
-  return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : kNoDigit;
-}
 
 template <class Integer>
 int32_t deliver(comnb_value& destination, Integer value, int32_t length, int32_t code) {
@@ -45,8 +39,8 @@ int32_t hex_to_integer(const BareCall& call) {
   Integer value = 0;
   int digits = 0;
   for (const char character : text) {
-    const int digit = digit_value(character);
-    if (digit == kNoDigit) return deliver(destination, Integer{0}, 0, CS_CONV_SYNTAX);
+    const int digit = base::hex_digit_value(character);
+    if (digit == base::kNoHexDigit) return deliver(destination, Integer{0}, 0, CS_CONV_SYNTAX);
     if (digits++ == most_digits) {
       return deliver(destination, value, sizeof value, CS_CONV_TRUNCATED);
     }

@@ -105,6 +105,12 @@ template <class Type>
 [[nodiscard]] Reading<type::flt4> read_flt4(Text text, const com_charattr* attributes);
 [[nodiscard]] Reading<type::flt8> read_flt8(Text text, const com_charattr* attributes);
 
+// A single-byte text of any length. On a syntax error the value is the parsed prefix.
+template <class Type>
+[[nodiscard]] Reading<Type> read_float_bytes(Text text);
+extern template Reading<type::flt4> read_float_bytes(Text);
+extern template Reading<type::flt8> read_float_bytes(Text);
+
 template <class Type>
 [[nodiscard]] Reading<Type> read_number(Text text, const com_charattr* attributes) {
   if constexpr (std::is_same_v<Type, type::flt8>) {
@@ -159,10 +165,14 @@ int32_t bare_text_to_number(const comnb_context* context, const comnb_value* sou
 
 // ---- Writing -----------------------------------------------------------------------------------
 
+enum class NegativeZero { is_zero, keeps_sign };
+enum class WholeNumber { has_point, is_plain };
+
 // The text of a float: "%.17g" without a leading zero before the point, ".0" after digits alone.
 class FloatText {
 public:
-  explicit FloatText(double value);
+  explicit FloatText(double value, NegativeZero zero = NegativeZero::is_zero,
+                     WholeNumber whole = WholeNumber::has_point);
   [[nodiscard]] int length() const { return static_cast<int>(end_ - begin_); }
   void write(char* out) const { std::copy(begin_, end_, out); }
 

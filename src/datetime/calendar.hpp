@@ -1,9 +1,11 @@
 // The proleptic Gregorian calendar over day numbers, and the units and ranges of the six date and
 // time types. Day number 0 is 1900-01-01, a Monday. Everything is closed-form: no loop over years
-// or months.
+// or months. Day numbers outside the range of the types are dates of years below 1 and above 9999,
+// which the calendar counts on through year 0.
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 
 namespace tvx::datetime {
@@ -46,8 +48,10 @@ struct Date {
   int32_t day_of_year;  // 1 to 366
 };
 
+// Every fourth year, but of those that 100 divides only those that 400 divides. Among the multiples
+// of 25 that is what 16 divides.
 [[nodiscard]] constexpr bool is_leap(int32_t year) {
-  return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0);
+  return (year & (year % 25 == 0 ? 15 : 3)) == 0;
 }
 
 // Days of the year before each month; the last entry is the year's length.
@@ -70,8 +74,44 @@ inline constexpr std::array<std::array<int16_t, 13>, 2> kDaysBeforeMonth{
   return y * 365 + leap_days + before_month + day - kDaysBefore1900 - 1;
 }
 
-// The date of a day number from kFirstDay to kLastDay; of any other the years go on beyond.
-[[nodiscard]] Date civil_date(int32_t day_number);
+// The date of any day number.
+//
+// C. Neri, L. Schneider, "Euclidean affine functions and their application to calendar algorithms",
+// Software: Practice and Experience 53 (2023), section 5: years begin on 1 March, so that the leap
+// day is their last, and each division of a day count by an average length becomes an exact
+// multiplication and shift. The first step is taken in 64 bits and whole eras are added before it,
+// so that all 2^32 day numbers have a date.
+[[nodiscard]] constexpr Date civil_date(int32_t day_number) {
+  constexpr int32_t kEras = 14'700;            // of 400 years; more than 2^31 days
+  constexpr int64_t kDaysOfEra = 146'097;      // also four average centuries, in quarter days
+  constexpr int64_t kMarchOfYear0 = -693'901;  // the day number of 0000-03-01
+  const auto days = static_cast<uint64_t>(day_number - kMarchOfYear0 + kEras * kDaysOfEra);
+
+  const uint64_t quarters = 4 * days + 3;
+  const auto century = static_cast<uint32_t>(quarters / kDaysOfEra);
+  const auto rest_of_century = static_cast<uint32_t>(quarters % kDaysOfEra) | 3;
+
+  constexpr uint32_t kYearFactor = 2'939'745;  // 2^32 / 1461, rounded up: 1461 days are 4 years
+  const uint64_t years = uint64_t{kYearFactor} * rest_of_century;
+  const auto year_of_century = static_cast<uint32_t>(years >> 32);
+  const uint32_t day_of_year = static_cast<uint32_t>(years) / kYearFactor / 4;  // from 1 March, 0
+
+  // 2^16 / 2141 days are an average month of March to July and of August to December; the months
+  // come out counted from January, 3 to 14.
+  const uint32_t months = 2'141 * day_of_year + 197'913;
+  const uint32_t month = months >> 16;
+  const uint32_t day = (months & 0xFFFF) / 2'141;
+
+  constexpr uint32_t kJanuary = 306;  // its first day, from 1 March
+  const bool next_year = day_of_year >= kJanuary;
+  const bool leap = (year_of_century != 0 ? year_of_century : century) % 4 == 0;
+  constexpr int32_t kJanuaryToMarch = 31 + 28;
+  const auto from_march = static_cast<int32_t>(day_of_year);
+  return {static_cast<int32_t>(100 * century + year_of_century) - 400 * kEras + (next_year ? 1 : 0),
+          static_cast<int32_t>(next_year ? month - 13 : month - 1), static_cast<int32_t>(day) + 1,
+          next_year ? from_march - static_cast<int32_t>(kJanuary) + 1
+                    : from_march + kJanuaryToMarch + (leap ? 1 : 0) + 1};
+}
 
 // 0 (Sunday) to 6, of any day number.
 [[nodiscard]] constexpr int32_t weekday(int32_t day_number) {

@@ -17,8 +17,8 @@ inline constexpr const char* kShortMonths[kMonthsOfYear] = {
     "Jan", "Feb", "Mar", "Apr", "May", "Jun", "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
 
 // Sunday first.
-inline constexpr const char* kWeekdays[kDaysOfWeek] = {
-    "Sunday", "Monday", "Tuesday", "Wednesday", "Thursday", "Friday", "Saturday"};
+inline constexpr const char* kWeekdays[kDaysOfWeek] = {"Sunday",   "Monday", "Tuesday", "Wednesday",
+                                                       "Thursday", "Friday", "Saturday"};
 
 inline constexpr const char* kShortWeekdays[kDaysOfWeek] = {"Sun", "Mon", "Tue", "Wed",
                                                             "Thu", "Fri", "Sat"};

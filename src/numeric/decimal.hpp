@@ -10,6 +10,7 @@
 #include <cstring>
 
 #include "numeric/precision.hpp"
+#include "numeric/record_layout.hpp"
 #include "numeric/uint256.hpp"
 #include "tvxcomn/datatypes.h"
 
@@ -142,25 +143,21 @@ constexpr int32_t record_length(int32_t precision) {
   return 2 + field_length(precision);
 }
 
-// The field of a record, which is more than its member for the sign.
-inline const uint8_t* field_of(const comn_numeric* record) {
-  return reinterpret_cast<const uint8_t*>(record) + offsetof(comn_numeric, sign);
-}
-inline uint8_t* field_of(comn_numeric* record) {
-  return reinterpret_cast<uint8_t*>(record) + offsetof(comn_numeric, sign);
-}
-
 // Loads a record whose header is_numeric() has approved.
 inline Decimal load_numeric(const comn_numeric& record) {
-  return load_field(field_of(&record), field_length(record.precision), record.precision,
-                    record.scale);
+  return {load_magnitude<Uint256>(record), record.precision, record.scale, record.sign != 0};
 }
 
-// Stores a value whose digits do not exceed its precision of 1 to 77.
+// Stores a value whose digits do not exceed its precision of 1 to 77, the sign of zero as 0.
+inline void put_numeric(const Uint256& magnitude, bool negative, int32_t precision, int32_t scale,
+                        comn_numeric& record) {
+  record.precision = static_cast<uint8_t>(precision);
+  record.scale = static_cast<uint8_t>(scale);
+  record.sign = negative & !magnitude.is_zero();
+  store_magnitude(magnitude, precision, record);
+}
 inline void put_numeric(const Decimal& value, comn_numeric& record) {
-  record.precision = static_cast<uint8_t>(value.precision);
-  record.scale = static_cast<uint8_t>(value.scale);
-  put_field(value, field_of(&record), field_length(value.precision));
+  put_numeric(value.magnitude, value.negative, value.precision, value.scale, record);
 }
 
 // Stores a value of a precision of 1 to 77. kOverflow when it has more digits: its zero is stored

@@ -31,15 +31,19 @@ constexpr int32_t larger(int32_t a, int32_t b) {
 
 }  // namespace detail
 
-// The types of results, from precisions and scales of the operands; those of a sum have one type.
-constexpr DecimalType sum_type(const Decimal& operand) {
+// The types of results, from precisions and scales of the operands, which are Decimals or records;
+// those of a sum have one type.
+template <class Operand>
+constexpr DecimalType sum_type(const Operand& operand) {
   const int32_t precision = operand.precision + 1;
   return {precision < kMaxPrecision ? precision : kMaxPrecision, operand.scale};
 }
-constexpr DecimalType product_type(const Decimal& a, const Decimal& b) {
+template <class Operand>
+constexpr DecimalType product_type(const Operand& a, const Operand& b) {
   return detail::capped_type(a.precision - a.scale + b.precision - b.scale + 1, a.scale + b.scale);
 }
-constexpr DecimalType quotient_type(const Decimal& a, const Decimal& b) {
+template <class Operand>
+constexpr DecimalType quotient_type(const Operand& a, const Operand& b) {
   return detail::capped_type(a.precision - a.scale + b.scale,
                              detail::larger(6, b.scale + a.precision + 1));
 }
@@ -61,24 +65,12 @@ constexpr bool have_one_type(const Decimal& a, const Decimal& b) {
 // loses digits other than zero behind its scale.
 [[nodiscard]] inline DecimalStatus add_or_subtract(const Decimal& a, const Decimal& b,
                                                    bool subtracts, Decimal& result) {
-  // Without a branch on signs and sizes, which nobody can predict.
-  const uint64_t opposite = uint64_t{a.negative} ^ uint64_t { b.negative } ^ uint64_t { subtracts };
-  uint64_t turns = 0;  // the difference is below zero
-  bool carry = false;
-  if ((upper_half(a.magnitude) | upper_half(b.magnitude)) == 0) {
-    const Uint128 x = lower_half(a.magnitude);
-    const Uint128 y = lower_half(b.magnitude);
-    turns = opposite & uint64_t{x < y};
-    const Uint128 sum = x + with_sign(opposite, y);
-    const uint64_t third = (opposite ^ 1) & uint64_t{sum < x};
-    result.magnitude = make_uint256(third, with_sign(turns, sum));
-  } else {
-    turns = opposite & uint64_t{is_less(a.magnitude, b.magnitude)};
-    Uint256 sum = a.magnitude;
-    carry = add(sum, with_sign(opposite, b.magnitude)) && opposite == 0;
-    result.magnitude = with_sign(turns, sum);
-  }
-  result.negative = (uint64_t{a.negative} ^ turns) != 0;
+  const bool opposite = (a.negative != b.negative) != subtracts;
+  const bool turns = opposite && is_less(a.magnitude, b.magnitude);
+  result.magnitude = turns ? b.magnitude : a.magnitude;
+  const Uint256& other = turns ? a.magnitude : b.magnitude;
+  const bool carry = opposite ? subtract(result.magnitude, other) : add(result.magnitude, other);
+  result.negative = a.negative != turns;
   if (result.scale != a.scale) {
     Uint256 shifted = result.magnitude;
     if (shift_digits(shifted, result.scale - a.scale) != DecimalStatus::kDone)

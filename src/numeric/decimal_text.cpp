@@ -96,6 +96,8 @@ Exponent read_exponent(const char* at, const char* end) {
 // Collects digits into a magnitude. They gather in one word, which holds nineteen.
 class DigitGatherer {
 public:
+  explicit DigitGatherer(Uint256& magnitude) : magnitude_(magnitude) { magnitude = {}; }
+
   void take(const char* at, const char* end) {
     for (; end - at >= 8; at += 8) append(value_of_eight_digits(load_eight(at)), 8);
     if (at == end) return;
@@ -111,34 +113,23 @@ public:
     word_digits_ += digits;
   }
 
-  // The number of all digits, modulo 2^256.
-  Uint256 magnitude() {
-    flush();
-    return magnitude_;
-  }
-
-private:
+  // After this the magnitude is the number of all digits, modulo 2^256.
   void flush() {
     const uint64_t factor = kPowersOfTen[word_digits_];
     uint64_t carry = word_;
-    const auto multiply = [&](uint64_t& limb) {
-      const Uint128 product = static_cast<Uint128>(limb) * factor + carry;
-      limb = static_cast<uint64_t>(product);
+    for (size_t i = 0; i < used_; ++i) {
+      const Uint128 product = static_cast<Uint128>(magnitude_.limb[i]) * factor + carry;
+      magnitude_.limb[i] = static_cast<uint64_t>(product);
       carry = static_cast<uint64_t>(product >> 64);
-    };
-    // Word by word, so that they stay in registers.
-    auto& limb = magnitude_.limb;
-    multiply(limb[0]);
-    if ((limb[1] | limb[2] | limb[3] | carry) != 0) {
-      multiply(limb[1]);
-      multiply(limb[2]);
-      multiply(limb[3]);
     }
+    if (carry != 0 && used_ < std::size(magnitude_.limb)) magnitude_.limb[used_++] = carry;
     word_ = 0;
     word_digits_ = 0;
   }
 
-  Uint256 magnitude_{};
+private:
+  Uint256& magnitude_;
+  size_t used_ = 0;  // words of the magnitude
   uint64_t word_ = 0;
   size_t word_digits_ = 0;
 };
@@ -162,11 +153,6 @@ uint64_t load_last_eight(std::string_view text) {
   return word;
 }
 
-// Marks the bytes that are no digits by their upper bits, exactly so up to the first of them.
-constexpr uint64_t marks_of_non_digits(uint64_t word) {
-  return ((word + 0x4646464646464646) | (word - kZeroCharacters)) & 0x8080808080808080;
-}
-
 // A text as words of eight bytes, with zeros from its end on.
 class PaddedText {
 public:
@@ -186,15 +172,48 @@ private:
 
 // The digits of a number from its first one other than zero on.
 struct PlainDigits {
-  Uint256 magnitude;
   int64_t digits;
   int64_t fraction;  // digits behind the point, with zeros in front of the first
   const char* end;
 };
 
-// Takes digits eight at a time, each but once: where the point is among them, the ones behind it
-// close up.
-PlainDigits take_digits(std::string_view text, const char* at) {
+// A word whose first `count` digits, up to 7, are followed by a point, and the word behind that
+// point, closed up to eight digits.
+constexpr uint64_t close_up(uint64_t word, uint64_t behind_point, int count) {
+  const uint64_t in_front = (uint64_t{1} << (8 * count)) - 1;
+  return (word & in_front) | (behind_point & ~in_front);
+}
+
+// Reads sixteen digits and a point among them or behind them, unless one has been met; the text has
+// a character more. Returns how many characters it took: none when there is something else.
+int read_sixteen(const char* at, const char*& point, uint64_t& value) {
+  uint64_t upper = load_eight(at);
+  uint64_t lower = load_eight(at + 8);
+  int taken = 16;
+  if (!are_eight_digits(upper) || !are_eight_digits(lower)) {
+    if (point != nullptr) return 0;
+    const uint64_t in_upper = marks_of_non_digits(upper);
+    const int count = in_upper != 0 ? std::countr_zero(in_upper) / 8
+                                    : 8 + std::countr_zero(marks_of_non_digits(lower)) / 8;
+    if (at[count] != '.') return 0;
+    const uint64_t last = load_eight(at + 9);
+    if (count < 8) {
+      upper = close_up(upper, load_eight(at + 1), count);
+      lower = last;
+    } else {
+      lower = close_up(lower, last, count - 8);
+    }
+    if (!are_eight_digits(upper) || !are_eight_digits(lower)) return 0;
+    point = at + count;
+    taken = 17;
+  }
+  value = uint64_t{value_of_eight_digits(upper)} * 100'000'000 + value_of_eight_digits(lower);
+  return taken;
+}
+
+// Takes digits sixteen or eight at a time, each but once: where the point is among them, the ones
+// behind it close up.
+PlainDigits take_digits(std::string_view text, const char* at, Uint256& magnitude) {
   const char* const end = text.data() + text.size();
   const PaddedText padded(text);
   const char* point = nullptr;
@@ -204,7 +223,15 @@ PlainDigits take_digits(std::string_view text, const char* at) {
     at = skip_zeros(at + 1, end);
   }
   const char* first = at;
-  DigitGatherer gatherer;
+  DigitGatherer gatherer(magnitude);
+  while (end - at > 16) {
+    uint64_t value;
+    const int taken = read_sixteen(at, point, value);
+    if (taken == 0) break;
+    gatherer.append(value, 16);
+    at += taken;
+    first += taken - 16;
+  }
   uint64_t word;
   uint64_t others;
   for (;; at += 8) {
@@ -213,10 +240,9 @@ PlainDigits take_digits(std::string_view text, const char* at) {
     if (others != 0) {
       const int count = std::countr_zero(others) / 8;
       if (point != nullptr || (word >> (8 * count) & 0xFF) != '.') break;
-      const uint64_t in_front = (uint64_t{1} << (8 * count)) - 1;
       point = at + count;
       ++first;
-      word = (word & in_front) | (padded.load(++at) & ~in_front);
+      word = close_up(word, padded.load(++at), count);
       others = marks_of_non_digits(word);
       if (others != 0) break;
     }
@@ -227,7 +253,8 @@ PlainDigits take_digits(std::string_view text, const char* at) {
   word = (word << 8 << (56 - 8 * rest)) | (kZeroCharacters >> (8 * rest));
   gatherer.append(value_of_eight_digits(word), static_cast<size_t>(rest));
   at += rest;
-  return {gatherer.magnitude(), at - first, point == nullptr ? 0 : at - point - 1, at};
+  gatherer.flush();
+  return {at - first, point == nullptr ? 0 : at - point - 1, at};
 }
 
 // Reads what nearly every text is: a sign, digits, a point and digits, all of which are taken, and
@@ -240,7 +267,7 @@ bool read_plain_decimal(std::string_view text, const DecimalTextRules& rules, De
   const bool negative = *at == '-';
   at += negative || *at == '+' ? 1 : 0;  // no branch: signs come at random
 
-  const auto [magnitude, digits, fraction, digits_end] = take_digits(text, at);
+  const auto [digits, fraction, digits_end] = take_digits(text, at, value.magnitude);
   for (at = digits_end; at != end; ++at)
     if (!is_white_space(*at)) return false;
 
@@ -255,7 +282,6 @@ bool read_plain_decimal(std::string_view text, const DecimalTextRules& rules, De
   }
   if (precision > limit || limit > kMaxPrecision) return false;
 
-  value.magnitude = magnitude;
   if (shift != 0) multiply_by_ten_to(value.magnitude, static_cast<int32_t>(shift));
   value.negative = negative && digits != 0;
   value.scale = static_cast<int32_t>(scale);
@@ -331,10 +357,10 @@ DecimalStatus parse_any_decimal(std::string_view text, const DecimalTextRules& r
   if (!fraction_is_cut && mantissa.end != mark && !std::all_of(mantissa.end, end, is_white_space))
     return DecimalStatus::kInvalid;
 
-  DigitGatherer gatherer;
+  DigitGatherer gatherer(value.magnitude);
   gatherer.take(chosen.whole.begin, chosen.whole.end);
   gatherer.take(chosen.fraction.begin, chosen.fraction.end);
-  value.magnitude = gatherer.magnitude();
+  gatherer.flush();
 
   // The value is magnitude * 10^adjustment.
   const int64_t adjustment = exponent.value + chosen.dropped_whole - chosen.fraction.length();

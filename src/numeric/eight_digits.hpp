@@ -20,11 +20,15 @@ inline void store_eight(char* text, uint64_t word) {
   std::memcpy(text, &word, sizeof word);
 }
 
-// True when each byte is '0' .. '9'. Adding 0x46 lifts bytes above '9' over 0x7F, subtracting '0'
-// drops those below '0' under 0; a carry or borrow into a neighbour comes from a byte that is
-// caught itself.
+// Marks the bytes that are not '0' .. '9' by their upper bits, exactly so up to the first of them.
+// Adding 0x46 lifts bytes above '9' over 0x7F, subtracting '0' drops those below '0' under 0; a
+// carry or borrow into a neighbour comes from a byte that is caught itself.
+constexpr uint64_t marks_of_non_digits(uint64_t word) {
+  return ((word + 0x4646464646464646) | (word - 0x3030303030303030)) & 0x8080808080808080;
+}
+
 constexpr bool are_eight_digits(uint64_t word) {
-  return (((word + 0x4646464646464646) | (word - 0x3030303030303030)) & 0x8080808080808080) == 0;
+  return marks_of_non_digits(word) == 0;
 }
 
 // The number that eight digits spell: neighbours are joined to pairs, pairs to fours and fours to

@@ -5,6 +5,8 @@
 // algorithms 5 and 6.
 #include "numeric/uint256.hpp"
 
+#include <algorithm>
+
 namespace tvx::numeric {
 namespace {
 
@@ -174,14 +176,15 @@ Uint512 multiply(const Uint256& a, const Uint256& b) {
   return product;
 }
 
-bool divide(const Uint512& dividend, const Uint256& divisor, Uint256& quotient,
+template <size_t kLimbs>
+bool divide(const WideInteger<kLimbs>& dividend, const Uint256& divisor, Uint256& quotient,
             Uint256& remainder) {
   quotient = {};
   remainder = {};
   const size_t size = divisor.used();
   const size_t count = dividend.used();
   if (count < size) {
-    narrow(dividend, remainder);
+    std::copy_n(dividend.limb, count, remainder.limb);
     return false;
   }
   const int shift = std::countl_zero(divisor.limb[size - 1]);
@@ -202,5 +205,8 @@ bool divide(const Uint512& dividend, const Uint256& divisor, Uint256& quotient,
   }
   return divide_long(words, {divisor.limb, size, shift}, quotient, remainder);
 }
+
+template bool divide(const Uint256&, const Uint256&, Uint256&, Uint256&);
+template bool divide(const Uint512&, const Uint256&, Uint256&, Uint256&);
 
 }  // namespace tvx::numeric

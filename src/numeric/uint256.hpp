@@ -8,6 +8,7 @@
 #include <compare>
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <type_traits>
 #include <utility>
 
@@ -26,10 +27,9 @@ struct WideInteger {
   uint64_t limb[kLimbs];  // least significant first
 
   [[nodiscard]] constexpr bool is_zero() const {
-    // Nearly always the first word decides.
-    for (const uint64_t word : limb)
-      if (word != 0) return false;
-    return true;
+    uint64_t any = 0;
+    for (const uint64_t word : limb) any |= word;
+    return any == 0;
   }
 
   // Limbs without the zeros at the upper end.
@@ -53,11 +53,19 @@ struct WideInteger {
   }
 };
 
+using TwoWords = WideInteger<2>;
 using Uint256 = WideInteger<4>;
 using Uint512 = WideInteger<8>;
 
 constexpr Uint256 make_uint256(uint64_t value) {
   return {{value, 0, 0, 0}};
+}
+
+constexpr Uint128 whole(const TwoWords& value) {
+  return (static_cast<Uint128>(value.limb[1]) << 64) | value.limb[0];
+}
+constexpr TwoWords make_two_words(Uint128 value) {
+  return {{static_cast<uint64_t>(value), static_cast<uint64_t>(value >> 64)}};
 }
 
 // The halves of a number, in which compilers carry from word to word by themselves.
@@ -100,40 +108,43 @@ constexpr bool subtract(Uint256& a, const Uint256& b) {
   return borrow;
 }
 
-// sum = a + b + carry, a carry being 0 or 1; returns the carry. Compilers find the processor's
-// instruction in no other form.
-inline uint64_t add_with_carry(uint64_t carry, uint64_t a, uint64_t b, uint64_t& sum) {
+// a += b + carry, modulo 2^256; the carry is 0 or 1. Compilers find the processor's chain of
+// additions in no other form.
+inline void add_with_carry(Uint256& a, const Uint256& b, uint64_t carry) {
 #ifdef __x86_64__
-  unsigned long long result = 0;
-  const unsigned char out = _addcarry_u64(static_cast<unsigned char>(carry), a, b, &result);
-  sum = result;
-  return out;
+  __asm__(
+      "addq $-1, %4\n\t"  // the flag is the carry
+      "adcq %5, %0\n\t"
+      "adcq %6, %1\n\t"
+      "adcq %7, %2\n\t"
+      "adcq %8, %3"
+      : "+&r"(a.limb[0]), "+&r"(a.limb[1]), "+&r"(a.limb[2]), "+r"(a.limb[3]), "+&r"(carry)
+      : "rm"(b.limb[0]), "rm"(b.limb[1]), "rm"(b.limb[2]), "rm"(b.limb[3])
+      : "cc");
 #else
-  const Uint128 whole = static_cast<Uint128>(a) + b + carry;
-  sum = static_cast<uint64_t>(whole);
-  return static_cast<uint64_t>(whole >> 64);
+  add(a, b);
+  add(a, make_uint256(carry));
 #endif
 }
 
-// a += b, or a -= b modulo 2^256 when `opposite` is 1 and not 0; returns the carry out of the upper
-// end, which a difference has unless it is below zero.
-inline uint64_t add_signed(Uint256& a, const Uint256& b, uint64_t opposite) {
-  const uint64_t mask = 0 - opposite;
-  uint64_t carry = add_with_carry(opposite, a.limb[0], b.limb[0] ^ mask, a.limb[0]);
-  carry = add_with_carry(carry, a.limb[1], b.limb[1] ^ mask, a.limb[1]);
-  carry = add_with_carry(carry, a.limb[2], b.limb[2] ^ mask, a.limb[2]);
-  return add_with_carry(carry, a.limb[3], b.limb[3] ^ mask, a.limb[3]);
+inline void add_with_carry(TwoWords& a, const TwoWords& b, uint64_t carry) {
+  a = make_two_words(whole(a) + whole(b) + carry);
 }
 
-// The negative of a value, modulo its size, for a sign of 1; the value itself for 0.
-constexpr Uint128 with_sign(uint64_t sign, Uint128 value) {
-  return (value ^ (0 - static_cast<Uint128>(sign))) + sign;
-}
-constexpr Uint256 with_sign(uint64_t sign, const Uint256& value) {
-  const Uint128 mask = 0 - static_cast<Uint128>(sign);
-  Uint256 result = make_uint256(upper_half(value) ^ mask, lower_half(value) ^ mask);
-  add(result, make_uint256(sign));
-  return result;
+// a += b, modulo the size of the numbers, for a `subtracts` of 0. For 1 a becomes the magnitude of
+// a - b, numbers whose upper bit is zero; returns 1 when the difference is below zero, else 0.
+template <class Magnitude>
+uint64_t add_signed(Magnitude& a, const Magnitude& b, uint64_t subtracts) {
+  const auto complement = [](const Magnitude& value, uint64_t bit) {
+    Magnitude result;  // made word by word: a copy of the whole would wait for its words' stores
+    for (size_t i = 0; i < std::size(result.limb); ++i) result.limb[i] = value.limb[i] ^ (0 - bit);
+    return result;
+  };
+  add_with_carry(a, complement(b, subtracts), subtracts);
+  const uint64_t is_below = subtracts & std::end(a.limb)[-1] >> 63;
+  a = complement(a, is_below);
+  add_with_carry(a, Magnitude{}, is_below);
+  return is_below;
 }
 
 // ---- Products ----------------------------------------------------------------------------------
@@ -175,25 +186,20 @@ constexpr Uint512 multiply(Uint128 a, const Uint256& b) {
            static_cast<uint64_t>(top >> 64), 0, 0}};
 }
 
-// The lower half of a product, for numbers whose product is known to fit: no branch on their sizes.
-inline Uint256 multiply_low(const Uint256& a, const Uint256& b) {
-  Uint256 product{};
-  const auto add_row = [&](size_t i) {
-    // (2^64 - 1)^2 and two more words below 2^64 are at most 2^128 - 1.
-    uint64_t above = 0;
-    for (size_t j = 0; i + j < 3; ++j) {
-      const Uint128 term =
-          static_cast<Uint128>(a.limb[i]) * b.limb[j] + product.limb[i + j] + above;
-      product.limb[i + j] = static_cast<uint64_t>(term);
-      above = static_cast<uint64_t>(term >> 64);
-    }
-    product.limb[3] += a.limb[i] * b.limb[3 - i] + above;
-  };
-  add_row(0);
-  add_row(1);
-  add_row(2);
-  add_row(3);
-  return product;
+// Products modulo the size of the numbers, without a branch on how much of them is used.
+constexpr Uint256 multiply_low(const TwoWords& a, Uint128 b) {
+  return multiply(whole(a), b);
+}
+constexpr TwoWords multiply_low(const TwoWords& a, const TwoWords& b) {
+  return make_two_words(whole(a) * whole(b));
+}
+constexpr Uint256 multiply_low(const Uint256& a, Uint128 b) {
+  const Uint256 product = multiply(lower_half(a), b);
+  return make_uint256(upper_half(product) + upper_half(a) * b, lower_half(product));
+}
+constexpr Uint256 multiply_low(const Uint256& a, const Uint256& b) {
+  const Uint256 product = multiply_low(a, lower_half(b));
+  return make_uint256(upper_half(product) + lower_half(a) * upper_half(b), lower_half(product));
 }
 
 constexpr Uint512 widen(const Uint256& value) {
@@ -277,7 +283,11 @@ constexpr uint64_t divide(WideInteger<kLimbs>& value, const WordDivisor& by) {
 }
 
 // Divides by any number but zero; true when the quotient does not fit, its lower half being stored.
-bool divide(const Uint512& dividend, const Uint256& divisor, Uint256& quotient, Uint256& remainder);
+template <size_t kLimbs>
+bool divide(const WideInteger<kLimbs>& dividend, const Uint256& divisor, Uint256& quotient,
+            Uint256& remainder);
+extern template bool divide(const Uint256&, const Uint256&, Uint256&, Uint256&);
+extern template bool divide(const Uint512&, const Uint256&, Uint256&, Uint256&);
 
 // ---- Powers of ten -----------------------------------------------------------------------------
 

@@ -58,6 +58,29 @@ INSTANTIATE_TEST_SUITE_P(
         ConvertCase{{"--to", "money", "$1,234.56785"},
                     0,
                     "$1,234.56785\tCS_SUCCEED\t8\t000000004f61bc00\t1234.5679\n"},
+        ConvertCase{{"--to", "datetime", "Jan 2 2003 2:05:09:023PM"},
+                    0,
+                    "Jan 2 2003 2:05:09:023PM\tCS_SUCCEED\t8\tf5920000631e2c01\t"
+                    "Jan  2 2003  2:05PM\n"},
+        ConvertCase{{"--to", "bigdatetime", "--style", "140", "2003-01-02T14:05:09.023456"},
+                    0,
+                    "2003-01-02T14:05:09.023456\tCS_SUCCEED\t8\t40a0cff33f8de000\t"
+                    "2003-01-02 14:05:09.023456\n"},
+        ConvertCase{{"--to", "date4", "1/2/2003 10:29:30"},
+                    0,
+                    "1/2/2003 10:29:30\tCS_SUCCEED\t4\tf5927602\tJan  2 2003 10:30AM\n"},
+        ConvertCase{
+            {"--to", "datea", "20030102"}, 0, "20030102\tCS_SUCCEED\t4\tf5920000\tJan  2 2003\n"},
+        ConvertCase{{"--to", "timea", "--style", "20", "10:30PM"},
+                    0,
+                    "10:30PM\tCS_SUCCEED\t4\t40ca7201\t22:30:00:000\n"},
+        ConvertCase{{"--to", "bigtime", "--style", "37", "1:2:3.000004"},
+                    0,
+                    "1:2:3.000004\tCS_SUCCEED\t8\tc4f9bbdd00000000\t01:02:03.000004\n"},
+        ConvertCase{{"--to", "bin(3)", "0xABC"}, 0, "0xABC\tCS_SUCCEED\t2\t0abc\t0abc\n"},
+        ConvertCase{{"--from", "bin", "--to", "char(3)", "01ab"},
+                    1,
+                    "01ab\tCS_CONV_TRUNCATED\t2\t3031\t01\n"},
         ConvertCase{{"--to", "mny4", "-0.5"}, 0, "-0.5\tCS_SUCCEED\t4\t78ecffff\t-0.5000\n"},
         ConvertCase{
             {"--to", "i4", "--from", "null23", "x"}, 0, "x\tCS_SUCCEED\t4\t00000000\t0\n"}));
@@ -86,6 +109,14 @@ INSTANTIATE_TEST_SUITE_P(
                     "1.255\tCS_CONV_TRUNCATED\t5\t0402000000\t0.00\n"
                     "1,5\tCS_CONV_SYNTAX\t0\t-\t-\n"},
         ConvertCase{{"--to", "num(78,2)", "1"}, 1, "1\tCS_CONV_BADPREC\t0\t-\t-\n"},
+        ConvertCase{{"--to", "datetime", "2/30/2003", "someday"},
+                    1,
+                    "2/30/2003\tCS_CONV_OVERFLOW\t8\t0000000000000000\tJan  1 1900 12:00AM\n"
+                    "someday\tCS_CONV_SYNTAX\t0\t-\t-\n"},
+        ConvertCase{{"--from", "datetime", "--to", "char", "--style", "24", "Jan 2 2003"},
+                    1,
+                    "Jan 2 2003\tCS_CONV_BADSTYLE\t0\t-\t-\n"},
+        ConvertCase{{"--to", "bin", "AB CD"}, 1, "AB CD\tCS_CONV_SYNTAX\t0\t-\t-\n"},
         ConvertCase{{"--to", "money", "1,23"}, 1, "1,23\tCS_CONV_SYNTAX\t0\t-\t-\n"},
         // The first step fails: the destination is never reached.
         ConvertCase{{"--from", "i2", "--to", "i8", "70000", "7"},
@@ -109,7 +140,7 @@ INSTANTIATE_TEST_SUITE_P(
                     "5\tCS_SUCCEED\t4\t35202000\t5  \\x00\n"},
         ConvertCase{{"--from", "bit", "--to", "bin(3)", "--zerofill", "1"},
                     0,
-                    "1\tCS_SUCCEED\t3\t010000\t-\n"},
+                    "1\tCS_SUCCEED\t3\t010000\t010000\n"},
         // Money keeps its digits on the way through text, unless fewer are asked for.
         ConvertCase{{"--from", "money", "--to", "char", "2.5"},
                     0,

@@ -1,4 +1,4 @@
-// The command line: the five commands, and what they share in reading their arguments.
+// The command line: the commands, and what they share in reading their arguments.
 #pragma once
 
 #include <CLI/CLI.hpp>
@@ -14,6 +14,7 @@ using Arguments = std::vector<std::string>;
 int run_calc(const Arguments& arguments);
 int run_convert(const Arguments& arguments);
 int run_csv(const Arguments& arguments);
+int run_date(const Arguments& arguments);
 int run_table(const Arguments& arguments);
 int run_types(const Arguments& arguments);
 

@@ -21,6 +21,7 @@ struct ConvertOptions {
   std::optional<int32_t> precision;
   std::optional<int32_t> scale;
   std::optional<int32_t> maxlength;
+  Style style;
   bool terminate = false;
   bool blankfill = false;
   bool zerofill = false;
@@ -41,6 +42,8 @@ bool read_options(const Arguments& arguments, ConvertOptions& options) {
   app.add_option("--scale", options.scale, "Digits of an exact numeric behind the point");
   app.add_option("--maxlength", options.maxlength, "Bytes of room for the result")
       ->check(CLI::Range(0, kLargest));
+  app.add_option("--style", options.style, "The date format code in which dates are written")
+      ->check(CLI::Range(0, kLargestStyle));
   app.add_flag("--terminate", options.terminate, "End text with a zero byte");
   app.add_flag("--blankfill", options.blankfill, "Fill up to maxlength with blanks");
   app.add_flag("--zerofill", options.zerofill, "Fill up to maxlength with zero bytes");
@@ -85,11 +88,12 @@ uint32_t destination_flags(const ConvertOptions& options) {
 class Converter {
 public:
   // Throws Failure when there is no way from text to `from` to `to`.
-  Converter(comn_context* context, const DataType& from, const DataType& to, uint32_t flags)
+  Converter(comn_context* context, const DataType& from, const DataType& to, uint32_t flags,
+            Style style)
       : from_(from.code),
         to_source_(context, DataType{TVX_TYPE_CHAR}, from),
-        to_destination_(context, from, to, flags),
-        text_form_(context, to.code) {
+        to_destination_(context, from, to, flags, style),
+        text_form_(context, to.code, style) {
     require(context, reads_text() || to_source_.exists(), TVX_TYPE_CHAR, from.code);
     require(context, to_destination_.exists(), from.code, to.code);
   }
@@ -194,7 +198,7 @@ int convert_values(const ConvertOptions& options) {
   const DataType from = parse_type(options.from);
   const DataType to = destination_type(options);
   const Context context = open_context();
-  Converter converter(context.get(), from, to, destination_flags(options));
+  Converter converter(context.get(), from, to, destination_flags(options), options.style);
   OutputFile output = OutputFile::standard_output();
   for (const std::string& value : options.values) output.write(converter.convert(value));
   if (options.values.empty()) convert_lines(converter, output);

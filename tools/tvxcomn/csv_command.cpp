@@ -18,6 +18,7 @@ struct CsvOptions {
   std::string output = "-";
   std::optional<std::string> rejects;
   std::size_t row_limit = kLargestRow;
+  Style style;
 
   [[nodiscard]] bool rows_to_standard_output() const { return output == "-"; }
 };
@@ -37,6 +38,8 @@ bool read_options(const Arguments& arguments, CsvOptions& options) {
   app.add_option("--row-limit", options.row_limit, "Longer rows are rejected (bytes)")
       ->check(CLI::Range(std::size_t{1}, kLargestRow))
       ->capture_default_str();
+  app.add_option("--style", options.style, "The date format code in which dates are written")
+      ->check(CLI::Range(0, kLargestStyle));
   app.add_option("FILE", options.input, "The CSV file; - is the standard input")->required();
   app.footer(
       "When the first row holds the name of every column, columns go by name, all others pass\n"
@@ -114,7 +117,8 @@ int convert_file(const CsvOptions& options) {
   if (options.rejects == "-") throw Failure("rejected rows need a file; write --rejects FILE");
   const Context context = open_context();
   CsvFiles files(options);
-  CsvJob job(context.get(), columns, files.rows, files.rejects ? &*files.rejects : nullptr);
+  CsvJob job(context.get(), columns, options.style, files.rows,
+             files.rejects ? &*files.rejects : nullptr);
 
   // Nothing stands in the way any more: what older files hold may go.
   if (!options.rows_to_standard_output()) files.rows.truncate();

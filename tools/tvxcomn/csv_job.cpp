@@ -35,9 +35,9 @@ RowFault fault_of(RowState state) {
   return state == RowState::kUnclosedQuote ? RowFault::kUnclosedQuote : RowFault::kTooLong;
 }
 
-RoundTrip conversion_of(comn_context* context, const NamedColumn& column) {
+RoundTrip conversion_of(comn_context* context, const NamedColumn& column, Style style) {
   try {
-    return RoundTrip(context, column.type);
+    return RoundTrip(context, column.type, style);
   } catch (const Failure& failure) {
     throw Failure("--types: column \"" + column.name + "\": " + failure.what());
   }
@@ -45,11 +45,11 @@ RoundTrip conversion_of(comn_context* context, const NamedColumn& column) {
 
 }  // namespace
 
-CsvJob::CsvJob(comn_context* context, std::vector<NamedColumn> columns, OutputFile& rows,
-               OutputFile* rejects)
+CsvJob::CsvJob(comn_context* context, std::vector<NamedColumn> columns, Style style,
+               OutputFile& rows, OutputFile* rejects)
     : columns_(std::move(columns)), rows_(rows), rejects_(rejects) {
   for (const NamedColumn& column : columns_) {
-    conversions_.push_back(conversion_of(context, column));
+    conversions_.push_back(conversion_of(context, column, style));
     column_reports_.emplace_back(column.name, written_type(column.type));
   }
 }

@@ -18,7 +18,7 @@ class CsvJob {
 public:
   // `rejects` may be null: rejected rows are then counted only. Throws Failure for a type that
   // columns cannot have.
-  CsvJob(comn_context* context, std::vector<NamedColumn> columns, OutputFile& rows,
+  CsvJob(comn_context* context, std::vector<NamedColumn> columns, Style style, OutputFile& rows,
          OutputFile* rejects);
 
   // Works on the next row; false at the end. Throws Failure.

@@ -19,7 +19,7 @@ struct Command {
 
 constexpr Command kCommands[] = {
     {"convert", tool::run_convert}, {"csv", tool::run_csv},     {"calc", tool::run_calc},
-    {"types", tool::run_types},     {"table", tool::run_table},
+    {"date", tool::run_date},       {"types", tool::run_types}, {"table", tool::run_table},
 };
 
 constexpr char kHelp[] =
@@ -28,6 +28,7 @@ constexpr char kHelp[] =
     "  convert   converts single values and shows result, length, bytes and text\n"
     "  csv       converts the columns of a CSV file to datatypes and reports what failed\n"
     "  calc      does one operation on two numbers and shows their types and the result's\n"
+    "  date      shows the forms and parts of a date, adds to it and counts between two\n"
     "  types     lists the datatypes\n"
     "  table     shows which datatype converts to which\n"
     "\n"

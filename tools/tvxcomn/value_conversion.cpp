@@ -96,12 +96,16 @@ bool is_empty(int32_t code, std::string_view value) {
 }
 
 Conversion::Conversion(comn_context* context, const DataType& source, const DataType& destination,
-                       uint32_t flags)
+                       uint32_t flags, Style style)
     : context_(context),
       routine_(com_conv_func(context, source.code, destination.code)),
       source_(source_format(source)),
       destination_(destination_format(destination, flags, source.code)),
-      room_follows_source_(has_open_size(destination.code) && !destination.maxlength) {}
+      room_follows_source_(has_open_size(destination.code) && !destination.maxlength) {
+  if (!style || !is_text(destination.code)) return;
+  styled_ = date_type(source.code);
+  style_ = *style;
+}
 
 int32_t Conversion::run(std::string_view source, Value& destination) {
   source_.maxlength = static_cast<int32_t>(source.size());
@@ -113,12 +117,26 @@ int32_t Conversion::run(std::string_view source, Value& destination) {
       std::max(static_cast<std::size_t>(destination_.maxlength), kRoomOfAnyFixedType);
   if (destination.storage.size() < room) destination.storage.resize(room);
   destination.length = 0;
+  if (styled_ != nullptr) return write_date(source, destination);
   return routine_(context_, &source_, source.data(), &destination_, destination.storage.data(),
                   &destination.length);
 }
 
-TextForm::TextForm(comn_context* context, int32_t code)
-    : code_(code), to_char_(context, DataType{code}, kChar) {}
+int32_t Conversion::write_date(std::string_view source, Value& destination) {
+  const comnb_context context = style_context(style_, destination_.format);
+  comnb_value from{};
+  from.length = static_cast<int32_t>(source.size());
+  from.data = const_cast<char*>(source.data());  // which is only read
+  comnb_value to{};
+  to.maxlength = destination_.maxlength;
+  to.data = destination.storage.data();
+  const int32_t result = styled_->write(&context, &from, &to);
+  destination.length = to.length;
+  return result;
+}
+
+TextForm::TextForm(comn_context* context, int32_t code, Style style)
+    : code_(code), to_char_(context, DataType{code}, kChar, 0, style) {}
 
 bool TextForm::exists() const {
   return is_text(code_) || to_char_.exists();
@@ -134,8 +152,8 @@ int32_t TextForm::of(std::string_view value, std::string_view& text) {
   return result;
 }
 
-RoundTrip::RoundTrip(comn_context* context, const DataType& type)
-    : from_char_(context, kChar, type), text_form_(context, type.code) {
+RoundTrip::RoundTrip(comn_context* context, const DataType& type, Style style)
+    : from_char_(context, kChar, type), text_form_(context, type.code, style) {
   if (from_char_.exists() && text_form_.exists()) return;
   const std::string name(type_name(type.code));
   throw Failure("there is no conversion from " +

@@ -4,10 +4,12 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "date_values.hpp"
 #include "tvxcomn/context.h"
 #include "type_names.hpp"
 
@@ -33,13 +35,17 @@ struct Value {
 // the library takes none of them as a source.
 [[nodiscard]] bool is_empty(int32_t code, std::string_view value);
 
+// A date format code in which dates are written as text; without one it is that of the context.
+using Style = std::optional<int32_t>;
+
 // One step from a datatype to another.
 class Conversion {
 public:
   // `flags` are the format flags of the destination. A destination without a maxlength gets room
-  // for whatever the source may become.
+  // for whatever the source may become. With a style, dates are written as text in the form of that
+  // date format code.
   Conversion(comn_context* context, const DataType& source, const DataType& destination,
-             uint32_t flags = 0);
+             uint32_t flags = 0, Style style = {});
 
   [[nodiscard]] bool exists() const { return routine_ != nullptr; }
 
@@ -50,8 +56,12 @@ public:
   static constexpr std::size_t kLargestValue = std::size_t{16} * 1024 * 1024;
 
 private:
+  int32_t write_date(std::string_view source, Value& destination);
+
   comn_context* context_;
   comn_conversion* routine_;
+  const DateType* styled_ = nullptr;  // the source, when it is written in a style
+  int32_t style_ = 0;
   comn_datafmt source_{};
   comn_datafmt destination_{};
   bool room_follows_source_;
@@ -60,7 +70,7 @@ private:
 // A typed value as text: the bytes themselves for text types, the way back to char for all others.
 class TextForm {
 public:
-  TextForm(comn_context* context, int32_t code);
+  TextForm(comn_context* context, int32_t code, Style style = {});
 
   [[nodiscard]] bool exists() const;
 
@@ -78,7 +88,7 @@ private:
 class RoundTrip {
 public:
   // Throws Failure when the type has no way from or back to char, with the types that have both.
-  RoundTrip(comn_context* context, const DataType& type);
+  RoundTrip(comn_context* context, const DataType& type, Style style = {});
 
   struct Outcome {
     int32_t result;         // of the step that failed, else of the last

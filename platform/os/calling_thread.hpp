@@ -1,0 +1,55 @@
+// What the library keeps for each thread, and the short sections in which a thread is not ended
+// from outside.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+
+namespace tvx::os {
+
+struct ThreadControl;
+struct Waiter;
+
+// Only its own thread uses it, also from a signal handler: hence the atomics, all of them relaxed.
+struct CallingThread {
+  std::atomic<ThreadControl*> control{nullptr};  // null: not started by this library, or at its end
+  std::atomic<Waiter*> waiting{nullptr};         // where the thread stands in a queue
+  std::atomic<uint32_t> deferrals{0};
+  std::atomic<bool> must_end{false};
+  std::atomic<uint32_t> id{0};  // 0: not asked for yet
+};
+
+// In the static part of thread-local memory, so that it is reached without a call.
+extern constinit thread_local CallingThread calling_thread
+    __attribute__((tls_model("initial-exec")));
+
+// Ends the calling thread on the spot, for a thread that asked for it. Nothing of the thread's runs
+// any more, neither destructors of its objects nor of its thread-local ones.
+[[noreturn]] void end_calling_thread();
+
+// While one lives, a request to end the thread waits; the thread then ends itself. Sections under
+// it are short, but for those that wait for another thread's end.
+class EndDeferred {
+public:
+  EndDeferred() { set(count() + 1); }
+
+  ~EndDeferred() {
+    set(count() - 1);
+    if (calling_thread.must_end.load(std::memory_order_relaxed) && count() == 0) [[unlikely]]
+      end_calling_thread();
+  }
+
+  EndDeferred(const EndDeferred&) = delete;
+  EndDeferred& operator=(const EndDeferred&) = delete;
+
+private:
+  static uint32_t count() { return calling_thread.deferrals.load(std::memory_order_relaxed); }
+
+  static void set(uint32_t count) {
+    std::atomic_signal_fence(std::memory_order_seq_cst);
+    calling_thread.deferrals.store(count, std::memory_order_relaxed);
+    std::atomic_signal_fence(std::memory_order_seq_cst);
+  }
+};
+
+}  // namespace tvx::os

@@ -1,0 +1,246 @@
+// In front of the general operations on Decimals, which answer for everything and above all for
+// overflow, stand short ways for what records nearly always hold: magnitudes within their precision
+// and results whose type has room for every digit. Then nothing is left to be checked in the end,
+// and the sizes of numbers, on which branches cannot be predicted, do not matter: what is chosen is
+// chosen by precision and scale, which are the same in all rows of a column.
+//
+// The ways are functions of their own, each with the registers to itself.
+#include "numeric/record_arithmetic.hpp"
+
+#include <algorithm>
+#include <bit>
+
+#include "base/bytes.hpp"
+#include "numeric/decimal_arithmetic.hpp"
+#include "numeric/record_layout.hpp"
+
+namespace tvx::numeric {
+namespace {
+
+constexpr int32_t kDigitsOfTwoWords = 2 * kDigitsOfWord;
+
+uint64_t sign_of(const comn_numeric& record) {
+  return record.sign != 0;
+}
+
+bool are_clearly_in_precision(const comn_numeric& a, const comn_numeric& b) {
+  return is_clearly_in_precision(a) & is_clearly_in_precision(b);
+}
+
+// Stores a value that fits the type.
+inline void store_record(DecimalType type, uint64_t sign, const Uint256& magnitude,
+                         comn_numeric& out) {
+  put_numeric(magnitude, sign != 0, type.precision, type.scale, out);
+}
+inline void store_record(DecimalType type, uint64_t sign, const TwoWords& magnitude,
+                         comn_numeric& out) {
+  store_record(type, sign, Uint256{{magnitude.limb[0], magnitude.limb[1], 0, 0}}, out);
+}
+
+// The general way: computes into a Decimal of a type and stores it.
+template <class Compute>
+DecimalStatus store_result(DecimalType type, comn_numeric& out, Compute compute) {
+  if (!type.is_valid()) return DecimalStatus::kOverflow;
+  Decimal result{{}, type.precision, type.scale, false};
+  const DecimalStatus status = compute(result);
+  if (status != DecimalStatus::kDone) result.magnitude = {};
+  put_numeric(result, out);  // its digits are checked
+  return status;
+}
+
+template <class Magnitude>
+Magnitude power_of_ten(int32_t exponent);
+template <>
+TwoWords power_of_ten(int32_t exponent) {
+  const auto& limb = kWidePowersOfTen[static_cast<size_t>(exponent)].limb;
+  return {{limb[0], limb[1]}};
+}
+template <>
+Uint256 power_of_ten(int32_t exponent) {
+  return kWidePowersOfTen[static_cast<size_t>(exponent)];
+}
+
+// ---- Sums --------------------------------------------------------------------------------------
+
+// Signs are handed on beside the records, for a subtraction turns one of them.
+
+[[gnu::noinline]] DecimalStatus add_any(const comn_numeric& left, const comn_numeric& right,
+                                        uint64_t left_sign, uint64_t right_sign,
+                                        comn_numeric& out) {
+  Decimal a = load_numeric(left);
+  Decimal b = load_numeric(right);
+  a.negative = left_sign != 0;
+  b.negative = right_sign != 0;
+  const DecimalStatus status = bring_to_one_type(a, b);
+  if (status != DecimalStatus::kDone) return status;
+  return store_result(sum_type(a), out,
+                      [&](Decimal& result) { return add_or_subtract(a, b, false, result); });
+}
+
+// Adds in a form that holds the magnitudes at the scale of b, the larger one, and their sum.
+template <class Magnitude>
+[[gnu::noinline]] DecimalStatus add_as(const comn_numeric& a, const comn_numeric& b,
+                                       uint64_t a_sign, uint64_t b_sign, DecimalType type,
+                                       comn_numeric& out) {
+  if (!are_clearly_in_precision(a, b)) [[unlikely]]
+    return add_any(a, b, a_sign, b_sign, out);
+  auto sum = load_magnitude<Magnitude>(a);
+  if (a.scale != b.scale) sum = multiply_low(sum, power_of_ten<Magnitude>(b.scale - a.scale));
+  const uint64_t turned = add_signed(sum, load_magnitude<Magnitude>(b), a_sign ^ b_sign);
+  store_record(type, a_sign ^ turned, sum, out);
+  return DecimalStatus::kDone;
+}
+
+DecimalStatus add_with_signs(const comn_numeric& a, const comn_numeric& b, uint64_t a_sign,
+                             uint64_t b_sign, comn_numeric& out) {
+  if (a.scale > b.scale) return add_with_signs(b, a, b_sign, a_sign, out);
+  const int32_t scale = b.scale;
+  const int32_t precision = std::max(a.precision - a.scale, b.precision - scale) + scale;
+  // As a < 10^a.precision, a * 10^(scale - a.scale) < 10^precision; so is b. Their sum has a digit
+  // more at the most. It is below 2 * 10^38 < 2^128 or 2 * 10^76 < 2^255.
+  const DecimalType type{precision + 1, scale};
+  if (precision <= kDigitsOfTwoWords) return add_as<TwoWords>(a, b, a_sign, b_sign, type, out);
+  if (precision < kMaxPrecision) [[likely]]
+    return add_as<Uint256>(a, b, a_sign, b_sign, type, out);
+  return add_any(a, b, a_sign, b_sign, out);
+}
+
+}  // namespace
+
+DecimalStatus add(const comn_numeric& a, const comn_numeric& b, comn_numeric& out) {
+  return add_with_signs(a, b, sign_of(a), sign_of(b), out);
+}
+
+DecimalStatus subtract(const comn_numeric& a, const comn_numeric& b, comn_numeric& out) {
+  return add_with_signs(a, b, sign_of(a), sign_of(b) ^ 1, out);
+}
+
+// ---- Products ----------------------------------------------------------------------------------
+
+namespace {
+
+[[gnu::noinline]] DecimalStatus multiply_any(const comn_numeric& left, const comn_numeric& right,
+                                             comn_numeric& out) {
+  const Decimal a = load_numeric(left);
+  const Decimal b = load_numeric(right);
+  return store_result(product_type(a, b), out,
+                      [&](Decimal& result) { return multiply(a, b, result); });
+}
+
+// Multiplies a magnitude of a form by one of two words.
+template <class Magnitude>
+[[gnu::noinline]] DecimalStatus multiply_as(const comn_numeric& a, const comn_numeric& b,
+                                            DecimalType type, comn_numeric& out) {
+  if (!are_clearly_in_precision(a, b)) [[unlikely]]
+    return multiply_any(a, b, out);
+  const Uint256 product =
+      multiply_low(load_magnitude<Magnitude>(a), whole(load_magnitude<TwoWords>(b)));
+  store_record(type, sign_of(a) ^ sign_of(b), product, out);
+  return DecimalStatus::kDone;
+}
+
+}  // namespace
+
+DecimalStatus multiply(const comn_numeric& a, const comn_numeric& b, comn_numeric& out) {
+  const DecimalType type{a.precision + b.precision + 1, a.scale + b.scale};
+  if ((type.precision > kMaxPrecision) | (type.scale > kMaxScale)) return multiply_any(a, b, out);
+  // The product has a digit less than its type, and one operand has 38 at the most.
+  if (a.precision > kDigitsOfTwoWords) return multiply_as<Uint256>(a, b, type, out);
+  if (b.precision > kDigitsOfTwoWords) return multiply_as<Uint256>(b, a, type, out);
+  return multiply_as<TwoWords>(a, b, type, out);
+}
+
+// ---- Quotients ---------------------------------------------------------------------------------
+
+namespace {
+
+[[gnu::noinline]] DecimalStatus divide_any(const comn_numeric& left, const comn_numeric& right,
+                                           comn_numeric& out) {
+  const Decimal a = load_numeric(left);
+  const Decimal b = load_numeric(right);
+  return store_result(quotient_type(a, b), out,
+                      [&](Decimal& result) { return divide(a, b, result, nullptr); });
+}
+
+}  // namespace
+
+DecimalStatus divide(const comn_numeric& a, const comn_numeric& b, comn_numeric& out) {
+  const DecimalType type = quotient_type(a, b);
+  const int32_t shift = type.scale - a.scale + b.scale;
+  const bool fits = (shift >= 0) & (a.precision + shift <= type.precision);
+  if (!fits || !is_clearly_in_precision(a)) [[unlikely]]
+    return divide_any(a, b, out);
+  const auto divisor = load_magnitude<Uint256>(b);
+  if (divisor.is_zero()) [[unlikely]]
+    return divide_any(a, b, out);
+  // The dividend is below 10^(a.precision + shift), which the type has room for, and so is the
+  // quotient.
+  const Uint256 dividend = multiply_low(load_magnitude<Uint256>(a), power_of_ten<Uint256>(shift));
+  Uint256 quotient;
+  Uint256 remainder;
+  divide(dividend, divisor, quotient, remainder);
+  store_record(type, sign_of(a) ^ sign_of(b), quotient, out);
+  return DecimalStatus::kDone;
+}
+
+// ---- Comparisons -------------------------------------------------------------------------------
+
+namespace {
+
+// They return false when the general comparison has to answer.
+
+// The leading bytes of a magnitude and zeros.
+uint64_t leading_bytes(const comn_numeric& record) {
+  const size_t bytes = layout_of(record.precision).bytes;
+  const uint64_t behind = bytes < 8 ? UINT64_MAX >> (8 * bytes) : 0;
+  return leading_word(record) & ~behind;
+}
+
+// Compares records that differ in sign or by more than a half in the decimal logarithm: sets -1 or
+// 1 as a is less or greater.
+bool compare_leading_bits(const comn_numeric& a, const comn_numeric& b, int32_t& order) {
+  const uint64_t x = leading_bytes(a);
+  const uint64_t y = leading_bytes(b);
+  if ((x == 0) | (y == 0)) return false;
+  // The logarithm of a number of n bits lies in [n - 1, n) * log10(2), here in units of 1 / 4096;
+  // 1233 such units are log10(2) - 4.7e-6. Numbers whose upper limits differ by a half, less an
+  // error of 256 * 4.7e-6, hence differ, by a factor of 1.5 at least. That factor also decides
+  // where surplus digits would be cut off: there the magnitude that does not fit 77 digits is
+  // 10^77 at least and the other is below 2^256.
+  const auto logarithm = [](uint64_t leading, const comn_numeric& record) {
+    const auto bytes = static_cast<int32_t>(layout_of(record.precision).bytes);
+    return (8 * bytes - std::countl_zero(leading)) * 1233 - record.scale * 4096;
+  };
+  const int32_t difference = logarithm(x, a) - logarithm(y, b);
+  const uint64_t a_sign = sign_of(a);
+  const bool same_sign = a_sign == sign_of(b);
+  if (same_sign & (difference <= 2048) & (difference >= -2048)) return false;
+  const bool less = same_sign & (difference < 0);
+  order = (less ^ (a_sign != 0)) ? -1 : 1;
+  return true;
+}
+
+// Compares the magnitudes of records with the same header, whose scales need no thought.
+bool compare_same_type(const comn_numeric& a, const comn_numeric& b, int32_t& order) {
+  if (base::load<uint16_t>(&a) != base::load<uint16_t>(&b)) return false;
+  const uint64_t x = leading_bytes(a);
+  const uint64_t y = leading_bytes(b);
+  const uint64_t a_sign = sign_of(a);
+  const bool same_sign = a_sign == sign_of(b);
+  // Where one is zero in front, zero may have a sign; where both are equal, the rest decides.
+  if ((x == 0) | (y == 0) | (same_sign & (x == y))) return false;
+  const bool less = same_sign & (x < y);
+  order = (less ^ (a_sign != 0)) ? -1 : 1;
+  return true;
+}
+
+}  // namespace
+
+int32_t compare(const comn_numeric& a, const comn_numeric& b) {
+  int32_t order = 0;
+  if (compare_same_type(a, b, order) || compare_leading_bits(a, b, order)) [[likely]]
+    return order;
+  return compare(load_numeric(a), load_numeric(b), kCompareSigned | kCompareScaled);
+}
+
+}  // namespace tvx::numeric

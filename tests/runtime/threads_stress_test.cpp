@@ -1,0 +1,144 @@
+// Eight threads, 10^5 operations each, on one object: nothing is lost, nothing comes twice, one at
+// a time means one.
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <deque>
+#include <random>
+
+#include "os/os.hpp"
+#include "runtime/running_thread.hpp"
+
+namespace tvx::test {
+namespace {
+
+constexpr int kThreads = 8;
+constexpr int kOperations = 100'000;
+
+// Runs the work in every thread and returns when all are done. A wait that nobody ends shows by the
+// test's time limit.
+template <class Work>
+void in_all_threads(Work work) {
+  std::deque<RunningThread> threads;
+  for (int index = 0; index < kThreads; ++index) threads.emplace_back([=] { work(index); });
+}
+
+TEST(ThreadsStress, MutexIsForOne) {
+  comn_mutex* const mutex = make(comn_create_mutex);
+  int64_t counter = 0;
+  in_all_threads([&](int index) {
+    for (int i = 0; i < kOperations; ++i) {
+      if (index % 2 == 0 || comn_try_mutex(mutex) == CS_FAIL) comn_take_mutex(mutex);
+      comn_take_mutex(mutex);
+      ++counter;
+      comn_release_mutex(mutex);
+      comn_release_mutex(mutex);
+    }
+  });
+  EXPECT_EQ(kThreads * kOperations, counter);
+  EXPECT_EQ(CS_SUCCEED, comn_delete_mutex(mutex));
+}
+
+// One signal goes round. Time-outs of no more than microseconds meet it at every point.
+TEST(ThreadsStress, AutoResetEventLetsOneThrough) {
+  os::Event event(os::Event::Reset::kByWaiter);
+  int64_t passes = 0;  // guarded by the signal
+  std::atomic<int64_t> timeouts{0};
+  event.signal();
+  in_all_threads([&](int index) {
+    std::mt19937 generator(static_cast<uint32_t>(index));
+    for (int i = 0; i < kOperations;) {
+      const std::chrono::microseconds limit(generator() % 20);
+      const bool unlimited = index == 0;
+      if (!event.wait(unlimited ? os::kNever : std::chrono::steady_clock::now() + limit)) {
+        ++timeouts;
+        continue;
+      }
+      ++i, ++passes;
+      event.signal();
+    }
+  });
+  EXPECT_EQ(kThreads * kOperations, passes);
+  EXPECT_LT(0, timeouts) << "there was no race to lose";
+  EXPECT_TRUE(event.wait(os::kNow));
+  EXPECT_FALSE(event.wait(os::kNow));
+}
+
+// Half of the threads put numbers into a buffer of three, the others take them out.
+TEST(ThreadsStress, ConditionLosesNoSignal) {
+  comn_mutex* const mutex = make(comn_create_mutex);
+  comn_cond *const not_full = make(comn_create_cond), *const not_empty = make(comn_create_cond);
+  std::deque<int> buffer;
+  int64_t sum = 0;
+  in_all_threads([&](int index) {
+    for (int i = 0; i < kOperations; ++i) {
+      comn_take_mutex(mutex);
+      if (index % 2 == 0) {
+        while (buffer.size() == 3) comn_wait_cond(not_full, mutex);
+        buffer.push_back(i);
+        comn_signal_cond(not_empty);
+      } else {
+        while (buffer.empty()) comn_wait_cond(not_empty, mutex);
+        sum += buffer.front();
+        buffer.pop_front();
+        comn_signal_cond(not_full);
+      }
+      comn_release_mutex(mutex);
+    }
+  });
+  EXPECT_EQ(kThreads / 2 * (int64_t{kOperations} * (kOperations - 1) / 2), sum);
+  comn_delete_cond(not_full), comn_delete_cond(not_empty), comn_delete_mutex(mutex);
+}
+
+// The last of each round lets the others go.
+TEST(ThreadsStress, BroadcastReachesAllThatWait) {
+  comn_mutex* const mutex = make(comn_create_mutex);
+  comn_cond* const all_here = make(comn_create_cond);
+  int here = 0;
+  std::atomic<int> waits{0};
+  in_all_threads([&](int) {
+    for (int i = 0; i < kOperations / kThreads; ++i) {
+      comn_take_mutex(mutex);
+      if (++here < kThreads) {
+        waits += comn_wait_cond(all_here, mutex);
+      } else {
+        here = 0;
+        comn_broadcast_cond(all_here);
+      }
+      comn_release_mutex(mutex);
+    }
+  });
+  EXPECT_EQ(kOperations / kThreads * (kThreads - 1), waits);
+  comn_delete_cond(all_here), comn_delete_mutex(mutex);
+}
+
+// Threads are ended in the midst of signals and waits, which must go on for the others.
+TEST(ThreadsStress, EndedThreadsLeaveEventsWhole) {
+  if (kSignalsAreDeferred) GTEST_SKIP();
+  comn_event *const ping = make(comn_create_event), *const pong = make(comn_create_event);
+  std::mt19937 generator(1);
+  for (int round = 0; round < 300; ++round) {
+    const auto play = [=](comn_event* wait, comn_event* signal) {
+      return [=] {
+        for (;;) comn_waitfor_event(wait, 1), comn_signal_event(signal);
+      };
+    };
+    RunningThread a(play(ping, pong)), b(play(pong, ping)), c(play(ping, pong));
+    a.id(), b.id(), c.id();
+    const auto stop =
+        std::chrono::steady_clock::now() + std::chrono::microseconds(generator() % 500);
+    while (std::chrono::steady_clock::now() < stop) comn_signal_event(ping);
+    for (RunningThread* thread : {&a, &b, &c}) {
+      ASSERT_EQ(CS_SUCCEED, comn_cancel_thread(thread->give_away()));
+    }
+    for (comn_event* event : {ping, pong}) {
+      comn_signal_event(event);
+      ASSERT_EQ(CS_SUCCEED, comn_waitfor_event(event, 0));
+      ASSERT_EQ(CS_TIMED_OUT, comn_waitfor_event(event, 0));
+    }
+  }
+  comn_delete_event(ping), comn_delete_event(pong);
+}
+
+}  // namespace
+}  // namespace tvx::test
