@@ -132,9 +132,9 @@ private:
   template <class Function>
   static auto in_one_go(Function function) {
     return [function](benchmark::State& state) mutable {
-      const auto iterations = state.max_iterations;
-      while (state.KeepRunningBatch(static_cast<int64_t>(iterations))) {
-        auto result = function(static_cast<int64_t>(iterations * kValues));
+      const int64_t iterations = state.max_iterations;
+      while (state.KeepRunningBatch(iterations)) {
+        auto result = function(iterations * static_cast<int64_t>(kValues));
         benchmark::DoNotOptimize(result);
       }
     };

@@ -46,7 +46,7 @@ TVXCOMN_BEGIN
 
 /* ---- Formatters ------------------------------------------------------------------------------
  *
- * Write the text into a buffer of `length` bytes (below 0: as many as it takes, at most 37),
+ * Write the text into a buffer of `length` bytes (below 0: as many as it takes, at most 35),
  * without a terminator. Return its length; 0 when the text was cut to the buffer;
  * COM_FORMAT_REFUSED; COM_FORMAT_NO_NAMES when the form has a month's name and `months`, 12 names,
  * is null. */

@@ -1,13 +1,12 @@
 /* Threads, thread-local storage, mutexes, events, semaphores, conditions and coroutine mode.
  *
- * Results are CS_SUCCEED, CS_FAIL and, where a wait can run out of time, CS_TIMED_OUT. An object is
- * made through an out pointer, which is null afterwards when making it failed (memory or another
- * resource ran out), and belongs to the caller until it is deleted; while it is, no other thread
- * may be in a call on it. A null pointer is a fatal usage error where nothing else is said, and so
- * is the use of an object that has been deleted, as far as that can be seen. Every other use may be
- * made from any thread at any time; none from a signal handler. Mutexes are released by the thread
- * that took them. What blocks, and what ending a thread leaves behind, is told in docs/threads.md.
- */
+ * Results are CS_SUCCEED, CS_FAIL and, where a wait may end without what it waited for,
+ * CS_TIMED_OUT. Objects are made through an out pointer, which is null after CS_FAIL (memory or
+ * another resource ran out), and belong to the caller until deleted; deleting one is for the last
+ * user, when no thread is in a call on it. A null pointer is a fatal usage error where nothing else
+ * is said, and so is, as far as it shows, the use of an object that was deleted or is of another
+ * kind. Everything may be called from any thread at any time, but not from a signal handler.
+ * docs/threads.md tells what blocks and what ending a thread leaves behind. */
 #ifndef TVXCOMN_THREADS_H
 #define TVXCOMN_THREADS_H
 
@@ -43,10 +42,10 @@ TVXCOMN_API int32_t comn_join_thread(comn_thread* thread);
 /* Frees the record; the thread, if it has not ended, runs on. Returns CS_SUCCEED. */
 TVXCOMN_API int32_t comn_detach_thread(comn_thread* thread);
 
-/* Ends the calling thread with a status, 0 when the pointer is null; its thread-local destructors
- * run. In a thread started here, objects on the stack are not destroyed; in any other, the main
- * thread included, the stack is unwound as by pthread_exit, which a function that does not throw
- * (noexcept) in the way turns into the end of the process. */
+/* Ends the calling thread with a status, 0 when the pointer is null. A thread started here leaves
+ * objects on its stack as they are, and its thread-local ones are destroyed. Any other thread, the
+ * main one included, ends as by pthread_exit: the stack is unwound, which a function on it that
+ * does not throw (noexcept) or catches everything turns into the end of the process. */
 TVXCOMN_API void comn_exit_thread(const uint32_t* status) __attribute__((noreturn));
 
 /* Waits up to 1,000 ms until the thread has ended by itself, else ends it. CS_FAIL only when the

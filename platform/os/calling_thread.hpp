@@ -16,12 +16,21 @@ struct CallingThread {
   std::atomic<Waiter*> waiting{nullptr};         // where the thread stands in a queue
   std::atomic<uint32_t> deferrals{0};
   std::atomic<bool> must_end{false};
-  std::atomic<uint32_t> id{0};  // 0: not asked for yet
+  std::atomic<uint32_t> id{0};      // the system's number; 0: not asked for yet
+  std::atomic<uint64_t> serial{0};  // a number that no other thread ever has; 0: the same
 };
 
 // In the static part of thread-local memory, so that it is reached without a call.
 extern constinit thread_local CallingThread calling_thread
     __attribute__((tls_model("initial-exec")));
+
+// Gives the calling thread its serial number.
+uint64_t number_calling_thread();
+
+inline uint64_t calling_thread_serial() {
+  const uint64_t serial = calling_thread.serial.load(std::memory_order_relaxed);
+  return serial != 0 ? serial : number_calling_thread();
+}
 
 // Ends the calling thread on the spot, for a thread that asked for it. Nothing of the thread's runs
 // any more, neither destructors of its objects nor of its thread-local ones.

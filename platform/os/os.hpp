@@ -2,9 +2,9 @@
 // their end, thread-local keys, priorities, stack pointers, re-entrant mutexes, events, semaphores
 // and conditions.
 //
-// posix.cpp is behind it. Mutexes and queues are made of words that a thread can sleep on
-// (word.hpp) and the same everywhere; a source for another system stands beside posix.cpp and
-// brings those words and what concerns threads themselves.
+// posix_word.cpp and posix_threads.cpp are behind it. Mutexes and queues are made of words that a
+// thread can sleep on (word.hpp) and the same everywhere; a source for another system stands beside
+// posix.cpp and brings those words and what concerns threads themselves.
 #pragma once
 
 #include <atomic>
@@ -67,7 +67,7 @@ public:
     if (!is_owned()) [[unlikely]]
       return false;
     if (--depth_ == 0) {
-      owner_.store(nullptr, std::memory_order_relaxed);
+      owner_.store(kNobody, std::memory_order_relaxed);
       lock_.unlock();
     }
     return true;
@@ -75,12 +75,14 @@ public:
 
   // Whether the calling thread owns the mutex.
   [[nodiscard]] bool is_owned() const {
-    return owner_.load(std::memory_order_relaxed) == &calling_thread;
+    return owner_.load(std::memory_order_relaxed) == calling_thread_serial();
   }
 
 private:
+  static constexpr uint64_t kNobody = 0;
+
   void become_owner() {
-    owner_.store(&calling_thread, std::memory_order_relaxed);
+    owner_.store(calling_thread_serial(), std::memory_order_relaxed);
     depth_ = 1;
   }
 
@@ -97,8 +99,8 @@ private:
   }
 
   Lock lock_;
-  uint32_t depth_ = 0;                                // of the owner
-  std::atomic<const CallingThread*> owner_{nullptr};  // only the owner finds itself here
+  uint32_t depth_ = 0;                    // of the owner
+  std::atomic<uint64_t> owner_{kNobody};  // its serial number: only the owner finds its own here
 };
 
 // Not signalled at the start.
@@ -126,7 +128,7 @@ public:
   explicit Semaphore(uint32_t maximum) : queue_(maximum) {}
 
   bool release() { return queue_.give(); }  // false: the count is at its maximum
-  bool wait(Deadline deadline) { return queue_.take(deadline); }  // false: the deadline passed
+  bool wait(Deadline deadline) { return queue_.take(deadline); }  // as of an event
 
 private:
   WaitQueue queue_;

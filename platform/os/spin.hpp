@@ -10,9 +10,9 @@
 namespace tvx::os {
 
 // Where another processor lets the thread go on within a microsecond or two, spinning saves both
-// threads the way through the system. Where it does not, most of all when the other thread waits for
-// this processor, spinning is in the way: so after each spell in vain twice as many waits as before
-// do without one.
+// threads the way through the system. Where it does not, most of all when the other thread waits
+// for this processor, spinning is in the way: so after each spell in vain twice as many waits as
+// before do without one.
 class Spin {
 public:
   // Returns whether `is_over` came true.

@@ -20,14 +20,14 @@ using tvx::locale::date_settings;
 TVX_DATES_FROM_TEXT(FROM_TEXT, char)
 TVX_DATES_FROM_TEXT(FROM_TEXT, varchar)
 
-TVX_EXPORT_BARE(comnb_chartodatetime, bare_text_to_date<TVX_TYPE_DATETIME>)
-TVX_EXPORT_BARE(comnb_chartodate4, bare_text_to_date<TVX_TYPE_DATE4>)
-TVX_EXPORT_BARE(comnb_chartodatea, bare_text_to_date<TVX_TYPE_DATEA>)
-TVX_EXPORT_BARE(comnb_chartotimea, bare_text_to_date<TVX_TYPE_TIMEA>)
-TVX_EXPORT_BARE(comnb_chartobigdatetime, bare_text_to_date<TVX_TYPE_BIGDATETIME>)
-TVX_EXPORT_BARE(comnb_chartobigtime, bare_text_to_date<TVX_TYPE_BIGTIME>)
-TVX_EXPORT_BARE(comnb_varchartodatetime, bare_text_to_date<TVX_TYPE_DATETIME>)
-TVX_EXPORT_BARE(comnb_varchartodate4, bare_text_to_date<TVX_TYPE_DATE4>)
+TVX_EXPORT_BARE(comnb_chartodatetime, bare_text_to_date<type::datetime>)
+TVX_EXPORT_BARE(comnb_chartodate4, bare_text_to_date<type::date4>)
+TVX_EXPORT_BARE(comnb_chartodatea, bare_text_to_date<type::datea>)
+TVX_EXPORT_BARE(comnb_chartotimea, bare_text_to_date<type::timea>)
+TVX_EXPORT_BARE(comnb_chartobigdatetime, bare_text_to_date<type::bigdatetime>)
+TVX_EXPORT_BARE(comnb_chartobigtime, bare_text_to_date<type::bigtime>)
+TVX_EXPORT_BARE(comnb_varchartodatetime, bare_text_to_date<type::datetime>)
+TVX_EXPORT_BARE(comnb_varchartodate4, bare_text_to_date<type::date4>)
 
 // ---- Parsers -----------------------------------------------------------------------------------
 

@@ -9,9 +9,9 @@ namespace tvx::api {
 
 #define TVX_DATES_FROM_TEXT(X, T) X(T, datetime) X(T, date4) X(T, datea) X(T, timea)
 
-#define TVX_FROM_TEXT(T, D)                                                                       \
-  Served{convert::type::text_##T::table_codes, convert::date_text_destinations<convert::type::D>, \
-         comn_##T##to##D},
+#define TVX_FROM_TEXT(T, D)                    \
+  Served{convert::type::text_##T::table_codes, \
+         convert::DateTextDestination<convert::type::D>::codes, comn_##T##to##D},
 
 inline constexpr std::array kDateParseServed{TVX_DATES_FROM_TEXT(TVX_FROM_TEXT, char)  //
                                              TVX_DATES_FROM_TEXT(TVX_FROM_TEXT, varchar)};

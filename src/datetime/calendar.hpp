@@ -4,8 +4,6 @@
 // which the calendar counts on through year 0.
 #pragma once
 
-#include <array>
-#include <cstddef>
 #include <cstdint>
 
 namespace tvx::datetime {
@@ -48,44 +46,45 @@ struct Date {
   int32_t day_of_year;  // 1 to 366
 };
 
+// C. Neri, L. Schneider, "Euclidean affine functions and their application to calendar algorithms",
+// Software: Practice and Experience 53 (2023): years begin on 1 March, so that the leap day is
+// their last, and each division of a day count by an average length becomes an exact multiplication
+// and shift.
+
+inline constexpr int32_t kMarchOfYear0 = -693'901;  // 0000-03-01
+
 // Every fourth year, but of those that 100 divides only those that 400 divides. Among the multiples
 // of 25 that is what 16 divides.
 [[nodiscard]] constexpr bool is_leap(int32_t year) {
   return (year & (year % 25 == 0 ? 15 : 3)) == 0;
 }
 
-// Days of the year before each month; the last entry is the year's length.
-inline constexpr std::array<std::array<int16_t, 13>, 2> kDaysBeforeMonth{
-    {{0, 31, 59, 90, 120, 151, 181, 212, 243, 273, 304, 334, 365},
-     {0, 31, 60, 91, 121, 152, 182, 213, 244, 274, 305, 335, 366}}};
-
-// Of a month 0 to 11.
+// Of a month 0 to 11. But for February the lengths alternate between 31 and 30, and start anew with
+// August.
 [[nodiscard]] constexpr int32_t month_length(int32_t year, int32_t month) {
-  const auto& before = kDaysBeforeMonth[is_leap(year) ? 1 : 0];
-  const auto m = static_cast<size_t>(month);
-  return before[m + 1] - before[m];
+  constexpr int32_t kFebruary = 1;
+  if (month == kFebruary) return is_leap(year) ? 29 : 28;
+  const int32_t from_one = month + 1;
+  return 30 + ((from_one ^ from_one >> 3) & 1);
 }
 
-// Day number of a date of the years 1 to 9999, month 0 to 11.
+// Day number of a date of the years 1 to 9999, month 0 to 11: the inverse of civil_date.
 [[nodiscard]] constexpr int32_t day_number(int32_t year, int32_t month, int32_t day) {
-  const int32_t y = year - 1;
-  const int32_t leap_days = y / 4 - y / 100 + y / 400;
-  const int32_t before_month = kDaysBeforeMonth[is_leap(year) ? 1 : 0][static_cast<size_t>(month)];
-  return y * 365 + leap_days + before_month + day - kDaysBefore1900 - 1;
+  const bool next_year = month < 2;
+  const int32_t y = next_year ? year - 1 : year;
+  const int32_t from_march = next_year ? month + 10 : month - 2;
+  const int32_t century = y / 100;
+  const int32_t days_before_year = 1461 * y / 4 - century + century / 4;
+  const int32_t days_before_month = (979 * from_march + 15) / 32;
+  return kMarchOfYear0 + days_before_year + days_before_month + day - 1;
 }
 
-// The date of any day number.
-//
-// C. Neri, L. Schneider, "Euclidean affine functions and their application to calendar algorithms",
-// Software: Practice and Experience 53 (2023), section 5: years begin on 1 March, so that the leap
-// day is their last, and each division of a day count by an average length becomes an exact
-// multiplication and shift. The first step is taken in 64 bits and whole eras are added before it,
-// so that all 2^32 day numbers have a date.
+// The date of any day number. The first division is one of 64 bits and whole eras are added before
+// it, so that all 2^32 day numbers have a date.
 [[nodiscard]] constexpr Date civil_date(int32_t day_number) {
-  constexpr int32_t kEras = 14'700;            // of 400 years; more than 2^31 days
-  constexpr int64_t kDaysOfEra = 146'097;      // also four average centuries, in quarter days
-  constexpr int64_t kMarchOfYear0 = -693'901;  // the day number of 0000-03-01
-  const auto days = static_cast<uint64_t>(day_number - kMarchOfYear0 + kEras * kDaysOfEra);
+  constexpr int32_t kEras = 14'700;        // of 400 years; more than 2^31 days
+  constexpr int64_t kDaysOfEra = 146'097;  // and the quarters of a day of a century, on average
+  const auto days = static_cast<uint64_t>(int64_t{day_number} - kMarchOfYear0 + kEras * kDaysOfEra);
 
   const uint64_t quarters = 4 * days + 3;
   const auto century = static_cast<uint32_t>(quarters / kDaysOfEra);

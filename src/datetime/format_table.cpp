@@ -54,6 +54,7 @@ constexpr Form kForms[] = {
     {39, "mon dd_ yy HH:mi:ss.ffffff", "mon dd_ yyyy HH:mi:ss.ffffff"},
     {40, "yy-mm-dd HH:mi:ss.ffffff", "yyyy-mm-dd HH:mi:ss.ffffff"},
 };
+
 struct Deviation {
   int32_t code;
   std::string_view pattern;
@@ -84,7 +85,7 @@ struct NamedField {
 
 // Longer names before those they begin with.
 constexpr NamedField kNamedFields[] = {
-    {"mmm", kShowsFraction, {kMilliseconds12, kMilliseconds23}, 3},
+    {"mmm", kShowsTime | kShowsFraction, {kMilliseconds12, kMilliseconds23}, 3},
     {"mm", kShowsDate, {kMonth}, 2},
     {"mi", kShowsTime, {kMinute}, 2},
     {"dd_", kShowsDate, {kBlankDay}, 2},
@@ -95,7 +96,7 @@ constexpr NamedField kNamedFields[] = {
     {"hh", kShowsTime, {kHalfDayHour}, 2},
     {"HH", kShowsTime, {kHour}, 2},
     {"ss", kShowsTime, {kSecond}, 2},
-    {"ffffff", kShowsFraction, {kMicroseconds12, kMicroseconds34, kMicroseconds56}, 6},
+    {"ffffff", kShowsTime | kShowsFraction, {kMicroseconds12, kMicroseconds34, kMicroseconds56}, 6},
 };
 
 constexpr std::string_view kMonthName = "mon";

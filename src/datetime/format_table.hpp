@@ -34,7 +34,7 @@ enum class Field : uint8_t {
 };
 inline constexpr size_t kFields = static_cast<size_t>(Field::kMicroseconds56) + 1;
 
-// Groups of fields that a form shows.
+// Groups of fields that a form shows; one with a fraction shows a time.
 inline constexpr uint8_t kShowsDate = 1;
 inline constexpr uint8_t kShowsTime = 2;
 inline constexpr uint8_t kShowsFraction = 4;
@@ -43,7 +43,7 @@ inline constexpr uint8_t kShowsBlankYear = 8;
 // ---- Layouts -----------------------------------------------------------------------------------
 
 inline constexpr int kMaxMonthName = 9;  // characters of a name that are written
-inline constexpr int kMaxFormText = 28;  // characters of a form beside the name
+inline constexpr int kMaxFormText = 26;  // characters of a form beside the name
 inline constexpr int kMaxInserts = 10;
 inline constexpr int kMaxDateText = kMaxMonthName + kMaxFormText;
 

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <type_traits>
 
 #include "base/bytes.hpp"
 #include "datetime/names.hpp"
@@ -40,7 +41,7 @@ Stored load(ValueType type, const void* value) {
     }
     case ValueType::kDate4: {
       const auto date4 = base::load<comn_datetime4>(value);
-      return {date4.days, date4.minutes * uint32_t{kTicksPerMinute}, false};
+      return {date4.days, uint64_t{date4.minutes} * kTicksPerMinute, false};
     }
     case ValueType::kDatea:
       return {base::load<int32_t>(value), 0, false};
@@ -152,15 +153,15 @@ DateText::DateText(ValueType type, const void* value, int32_t code, const char* 
     set_date(pairs_, parts, (shows & kShowsBlankYear) != 0);
     if (layout_->has_name) set_name(names[parts.month]);
   }
-  if ((shows & (kShowsTime | kShowsFraction)) != 0) {
+  if ((shows & kShowsTime) != 0) {
     if (stored.is_big) {
       crack_big_time(stored.time, parts);
     } else {
       crack_ticks(static_cast<uint32_t>(stored.time), parts);
     }
     set_time(pairs_, parts);
+    if ((shows & kShowsFraction) != 0) set_fraction(pairs_, parts);
   }
-  if ((shows & kShowsFraction) != 0) set_fraction(pairs_, parts);
 }
 
 void DateText::set_name(const char* name) {

@@ -3,6 +3,7 @@
 #include "datetime/lexer.hpp"
 
 #include <array>
+#include <bit>
 #include <cstring>
 
 #include "charset/attributes.hpp"
@@ -14,20 +15,22 @@ namespace {
 
 // ---- What the lexer knows ----------------------------------------------------------------------
 
-// What an ASCII form that is no digit stands for: the token that a sign is, by the number of its
-// kind, or one of these. One that is no sign may be part of a word.
-constexpr uint8_t kBlank = 0xFE;
-constexpr uint8_t kNoSign = 0xFF;
+enum class Class : uint8_t { other, blank, sign };
 
-constexpr std::array<uint8_t, 256> kSigns = [] {
-  std::array<uint8_t, 256> signs{};
-  signs.fill(kNoSign);
-  signs[' '] = kBlank;
-  signs[':'] = static_cast<uint8_t>(Kind::colon);
-  signs[','] = static_cast<uint8_t>(Kind::comma);
-  signs['.'] = static_cast<uint8_t>(Kind::point);
-  signs['-'] = signs['/'] = static_cast<uint8_t>(Kind::separator);
-  return signs;
+// What an ASCII form that is no digit stands for. One that is other may be part of a word.
+struct Meaning {
+  Class lexical_class;
+  Kind kind;  // of the token that a sign is
+};
+
+constexpr std::array<Meaning, 256> kMeanings = [] {
+  std::array<Meaning, 256> meanings{};
+  meanings[' '].lexical_class = Class::blank;
+  meanings[':'] = {Class::sign, Kind::colon};
+  meanings[','] = {Class::sign, Kind::comma};
+  meanings['.'] = {Class::sign, Kind::point};
+  meanings['-'] = meanings['/'] = {Class::sign, Kind::separator};
+  return meanings;
 }();
 
 // Above 9: no digit.
@@ -51,39 +54,40 @@ constexpr int kLongestWord = 30;  // bytes
 struct Word {
   std::array<uint8_t, kLongestWord> bytes;
   int length;
-  uint64_t packed;  // the last eight bytes, where the characters are single bytes
+  uint32_t start;  // the first four bytes in one, where the characters are single bytes
 };
 
-[[nodiscard]] constexpr uint64_t pack(uint64_t packed, uint8_t next) {
-  return packed << 8 | next;
+constexpr int kStart = 4;  // bytes
+
+[[nodiscard]] constexpr uint32_t in_start(uint8_t byte, int index) {
+  return index < kStart ? uint32_t{byte} << (8 * index) : 0;
 }
 
-// The packed lower case of built-in names.
+// The starts of the lower case of built-in names.
 template <size_t count>
-[[nodiscard]] constexpr auto packed_names(const char* const (&names)[count]) {
+[[nodiscard]] constexpr auto starts_of(const char* const (&names)[count]) {
   constexpr uint8_t lower_case = 'a' - 'A';
-  std::array<uint64_t, count> packed{};
+  std::array<uint32_t, count> starts{};
   for (size_t i = 0; i < count; ++i) {
-    for (const char* p = names[i]; *p != 0; ++p) {
-      packed[i] = pack(packed[i], static_cast<uint8_t>(*p | lower_case));
+    for (int at = 0; names[i][at] != 0; ++at) {
+      starts[i] |= in_start(static_cast<uint8_t>(names[i][at] | lower_case), at);
     }
   }
-  return packed;
+  return starts;
 }
-constexpr auto kPackedMarkers = packed_names(kMarkers);
-constexpr auto kPackedMonths = packed_names(kMonths);
-constexpr auto kPackedShortMonths = packed_names(kShortMonths);
-constexpr int kShortMonthLength = 3;
+constexpr auto kMarkerStarts = starts_of(kMarkers);
+constexpr auto kMonthStarts = starts_of(kMonths);
+constexpr auto kShortMonthStarts = starts_of(kShortMonths);
+constexpr int kShortMonth = 3;  // letters
 
 constexpr int kNoMatch = -1;
 
-// The index of the last of the names that is packed to the same; no branch depends on which it is,
-// since that could not be predicted.
+// The index of the name with a start. No branch depends on which it is: it could not be predicted.
 template <size_t count>
-[[nodiscard]] int find_packed(const std::array<uint64_t, count>& names, uint64_t packed) {
-  int found = kNoMatch;
-  for (size_t i = 0; i < count; ++i) found = names[i] == packed ? static_cast<int>(i) : found;
-  return found;
+[[nodiscard]] int find_start(const std::array<uint32_t, count>& starts, uint32_t start) {
+  uint32_t found = 0;
+  for (size_t i = 0; i < count; ++i) found |= uint32_t{starts[i] == start} << i;
+  return found == 0 ? kNoMatch : std::countr_zero(found);
 }
 
 // The index of the first name that the characters of a set spell like a word.
@@ -127,30 +131,29 @@ public:
   // than a word has.
   [[nodiscard]] const uint8_t* word(const uint8_t* at, const uint8_t* end, Word& word) const {
     int length = 0;
-    uint64_t packed = 0;
+    uint32_t start = 0;
     for (; at != end; ++at) {
       const charset::Entry entry = charset::first_entry(record_, at);
       if ((entry.flags & kLetter) == 0) break;
       if (length == kLongestWord) return nullptr;
       const uint8_t form = entry.lower != 0 ? entry.lower : *at;
+      start |= in_start(form, length);
       word.bytes[static_cast<size_t>(length++)] = form;
-      packed = pack(packed, form);
     }
     word.length = length;
-    word.packed = packed;
+    word.start = start;
     return length != 0 ? at : nullptr;
   }
 
   [[nodiscard]] static int marker(const Word& word) {
-    return find_packed(kPackedMarkers, word.packed);
+    return find_start(kMarkerStarts, word.start);
   }
 
   [[nodiscard]] int month(const MonthNames& months, const Word& word) const {
     const bool are_builtin = months.full == kMonths && months.abbreviated == kShortMonths;
     if (!are_builtin) return find_month(*this, months, word);
-    if (word.length == kShortMonthLength) return find_packed(kPackedShortMonths, word.packed);
-    const int found = find_packed(kPackedMonths, word.packed);
-    // The first letters of a longer word are not in its packed form.
+    if (word.length == kShortMonth) return find_start(kShortMonthStarts, word.start);
+    const int found = find_start(kMonthStarts, word.start);
     return found != kNoMatch && spells(kMonths[found], word) ? found : kNoMatch;
   }
 
@@ -222,30 +225,29 @@ public:
   Lexer(const Characters& characters, const MonthNames& months, Tokens& tokens)
       : characters_(characters), months_(months), tokens_(tokens) {}
 
-  // A number is read together with what follows it.
   [[nodiscard]] bool run(const uint8_t* at, const uint8_t* const end) {
     while (at != end) {
-      uint8_t form = characters_.form(at, end);
-      if (digit_of(form) <= 9) {
-        uint32_t value = digit_of(form);  // meaningless with too many digits
+      const uint32_t first_digit = digit_of(characters_.form(at, end));
+      if (first_digit <= 9) {
+        uint32_t value = first_digit;  // meaningless with too many digits
         int digits = 1;
-        for (at = characters_.next(at, end); at != end; at = characters_.next(at, end)) {
-          form = characters_.form(at, end);
-          if (digit_of(form) > 9) break;
-          value = value * 10 + digit_of(form);
-          ++digits;
+        for (at = characters_.next(at, end); at != end; at = characters_.next(at, end), ++digits) {
+          const uint32_t digit = digit_of(characters_.form(at, end));
+          if (digit > 9) break;
+          value = value * 10 + digit;
         }
         if (!add_number(static_cast<int32_t>(value), digits)) return false;
         if (at == end) break;
       }
-      const uint8_t sign = kSigns[form];
-      if (sign == kNoSign) {
+      // What stands here, be it behind a number, is no digit.
+      const Meaning meaning = kMeanings[characters_.form(at, end)];
+      if (meaning.lexical_class == Class::other) {
         Word word;
         at = characters_.word(at, end, word);
         if (at == nullptr || !add_word(word)) return false;
         continue;
       }
-      if (sign != kBlank && !add(static_cast<Kind>(sign))) return false;
+      if (meaning.lexical_class == Class::sign && !add(meaning.kind)) return false;
       at = characters_.next(at, end);
     }
     tokens_.close(place_);

@@ -103,8 +103,10 @@ private:
       parts_.fraction_units = kMicrosecondsPerSecond;
       return true;
     }
-    lost_digits_ = parts_.fraction % kMicrosecondsPerMillisecond != 0;
-    const int32_t rounded = (parts_.fraction + 500) / 1000;
+    const int32_t milliseconds = parts_.fraction / 1000;
+    const int32_t rest = parts_.fraction % 1000;
+    const int32_t rounded = milliseconds + (rest >= 500 ? 1 : 0);
+    lost_digits_ = rest != 0;
     parts_.millisecond = std::min(rounded, 999);
     return rounded <= 1000 || fail(ReadStatus::kBadToken);
   }

@@ -52,7 +52,8 @@ enum class [[nodiscard]] Status : int32_t{
 // ---- Units -------------------------------------------------------------------------------------
 
 inline constexpr int32_t kMinutesPerDay = 24 * 60;
-inline constexpr int32_t kMillisecondsPerDay = kMinutesPerDay * 60 * 1000;
+inline constexpr int32_t kSecondsPerDay = kMinutesPerDay * 60;
+inline constexpr int32_t kMillisecondsPerDay = kSecondsPerDay * 1000;
 
 // Microseconds of ticks, whole milliseconds.
 [[nodiscard]] constexpr int64_t microseconds_of_ticks(int32_t ticks) {

@@ -24,10 +24,17 @@ struct DateSettings {
   [[nodiscard]] int32_t reading_code() const { return format_code_is_set ? format_code : 0; }
 };
 
+// The built-in ones. Without so much as a context the interface names the date format code 1.
+extern const DateSettings builtin_date_settings;
+extern const DateSettings date_settings_without_context;
+
 // Those of a handle, else of the context's default handle, else the built-in ones. All may be null.
 // Until localisation is built no handle has settings of its own.
-[[nodiscard]] const DateSettings& date_settings(const comn_context* context,
-                                                const comn_locale* handle);
+[[nodiscard]] inline const DateSettings& date_settings(const comn_context* context,
+                                                       const comn_locale* handle) {
+  return context == nullptr && handle == nullptr ? date_settings_without_context
+                                                 : builtin_date_settings;
+}
 
 // Those of a value. The format may be null.
 [[nodiscard]] inline const DateSettings& date_settings(const comn_context* context,

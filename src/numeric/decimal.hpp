@@ -143,13 +143,16 @@ constexpr int32_t record_length(int32_t precision) {
   return 2 + field_length(precision);
 }
 
-// Loads a record whose header is_numeric() has approved.
+// Loads a record whose header is_numeric() has approved; nothing behind its bytes in use is read.
 inline Decimal load_numeric(const comn_numeric& record) {
-  return {load_magnitude<Uint256>(record), record.precision, record.scale, record.sign != 0};
+  return {load_big_endian(record.magnitude, layout_of(record.precision).bytes), record.precision,
+          record.scale, record.sign != 0};
 }
 
-// Stores a value whose digits do not exceed its precision of 1 to 77, the sign of zero as 0.
-inline void put_numeric(const Uint256& magnitude, bool negative, int32_t precision, int32_t scale,
+// Stores a value whose digits do not exceed its precision of 1 to 77, the sign of zero as 0;
+// nothing is written behind the bytes in use.
+template <class Magnitude>
+inline void put_numeric(const Magnitude& magnitude, bool negative, int32_t precision, int32_t scale,
                         comn_numeric& record) {
   record.precision = static_cast<uint8_t>(precision);
   record.scale = static_cast<uint8_t>(scale);

@@ -12,13 +12,6 @@ DecimalStatus checked(const Decimal& result) {
                                                                : DecimalStatus::kDone;
 }
 
-// Multiplies by 10^digits, 1 to 77.
-Uint512 scaled_up(const Uint256& magnitude, int32_t digits) {
-  const Uint256& power = kWidePowersOfTen[static_cast<size_t>(digits)];
-  if (upper_half(magnitude) == 0) return multiply(lower_half(magnitude), power);
-  return multiply(magnitude, power);
-}
-
 DecimalStatus bring_to_type(Decimal& value, int32_t precision, int32_t scale) {
   if (value.precision == precision && value.scale == scale) return DecimalStatus::kDone;
   value.precision = precision;
@@ -34,6 +27,27 @@ DecimalStatus bring_to_one_type(Decimal& a, Decimal& b) {
   const int32_t precision = whole + scale < kMaxPrecision ? whole + scale : kMaxPrecision;
   const DecimalStatus status = bring_to_type(a, precision, scale);
   return status == DecimalStatus::kDone ? bring_to_type(b, precision, scale) : status;
+}
+
+DecimalStatus add_or_subtract(const Decimal& a, const Decimal& b, bool subtracts, Decimal& result) {
+  const bool opposite = (a.negative != b.negative) != subtracts;
+  const bool turns = opposite && a.magnitude < b.magnitude;
+  Uint256 magnitude = turns ? b.magnitude : a.magnitude;
+  const Uint256& other = turns ? a.magnitude : b.magnitude;
+  const bool carry = opposite ? subtract(magnitude, other) : add(magnitude, other);
+  if (carry || shift_digits(magnitude, result.scale - a.scale) != DecimalStatus::kDone)
+    return DecimalStatus::kOverflow;
+  result.magnitude = magnitude;
+  result.negative = a.negative != turns;
+  return checked(result);
+}
+
+DecimalStatus multiply(const Decimal& a, const Decimal& b, Decimal& result) {
+  if (narrow(multiply(a.magnitude, b.magnitude), result.magnitude)) return DecimalStatus::kOverflow;
+  const DecimalStatus status = shift_digits(result.magnitude, result.scale - a.scale - b.scale);
+  if (status != DecimalStatus::kDone && status != DecimalStatus::kDigitsDropped) return status;
+  result.negative = a.negative != b.negative;
+  return checked(result);
 }
 
 DecimalStatus divide(const Decimal& a, const Decimal& b, Decimal& result, Decimal* remainder) {
@@ -57,8 +71,9 @@ DecimalStatus divide(const Decimal& a, const Decimal& b, Decimal& result, Decima
     result.magnitude = {};
     rest = a.magnitude;
   } else {
-    overflow = divide(shift > 0 ? scaled_up(a.magnitude, shift) : widen(a.magnitude), *divisor,
-                      result.magnitude, rest);
+    const int32_t digits = shift > 0 ? shift : 0;
+    const Uint256& power = kWidePowersOfTen[static_cast<size_t>(digits)];
+    overflow = divide(multiply(a.magnitude, power), *divisor, result.magnitude, rest);
   }
   result.negative = a.negative != b.negative;
   if (remainder != nullptr) {

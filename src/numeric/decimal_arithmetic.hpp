@@ -48,11 +48,6 @@ constexpr DecimalType quotient_type(const Operand& a, const Operand& b) {
                              detail::larger(6, b.scale + a.precision + 1));
 }
 
-constexpr bool have_one_type(const Decimal& a, const Decimal& b) {
-  // Two comparisons joined by && become one load of both numbers, which waits for their stores.
-  return ((a.precision ^ b.precision) | (a.scale ^ b.scale)) == 0;
-}
-
 // Gives both operands of a sum the same precision and scale, the integer digits and the scale of
 // the larger; kOverflow when a value does not fit 77 digits then.
 [[nodiscard]] DecimalStatus bring_to_one_type(Decimal& a, Decimal& b);
@@ -63,48 +58,12 @@ constexpr bool have_one_type(const Decimal& a, const Decimal& b) {
 
 // a + b or a - b, the two having the same scale. kOverflow when the result has too many digits, or
 // loses digits other than zero behind its scale.
-[[nodiscard]] inline DecimalStatus add_or_subtract(const Decimal& a, const Decimal& b,
-                                                   bool subtracts, Decimal& result) {
-  const bool opposite = (a.negative != b.negative) != subtracts;
-  const bool turns = opposite && is_less(a.magnitude, b.magnitude);
-  result.magnitude = turns ? b.magnitude : a.magnitude;
-  const Uint256& other = turns ? a.magnitude : b.magnitude;
-  const bool carry = opposite ? subtract(result.magnitude, other) : add(result.magnitude, other);
-  result.negative = a.negative != turns;
-  if (result.scale != a.scale) {
-    Uint256 shifted = result.magnitude;
-    if (shift_digits(shifted, result.scale - a.scale) != DecimalStatus::kDone)
-      return DecimalStatus::kOverflow;
-    result.magnitude = shifted;
-  }
-  const bool overflow = carry || exceeds_precision(result.magnitude, result.precision);
-  return overflow ? DecimalStatus::kOverflow : DecimalStatus::kDone;
-}
+[[nodiscard]] DecimalStatus add_or_subtract(const Decimal& a, const Decimal& b, bool subtracts,
+                                            Decimal& result);
 
 // a * b. kOverflow when the product of the magnitudes takes more than 256 bits, be it before digits
 // are cut off, or the result has too many digits.
-[[nodiscard]] inline DecimalStatus multiply(const Decimal& a, const Decimal& b, Decimal& result) {
-  result.negative = a.negative != b.negative;
-  if ((upper_half(a.magnitude) | upper_half(b.magnitude)) == 0) {
-    result.magnitude = multiply(lower_half(a.magnitude), lower_half(b.magnitude));
-  } else {
-    // Copies, so that operands of the short way need not lie in memory.
-    const Uint256 x = a.magnitude;
-    const Uint256 y = b.magnitude;
-    Uint256 product;
-    if (narrow(multiply(x, y), product)) return DecimalStatus::kOverflow;
-    result.magnitude = product;
-  }
-  const int32_t digits = result.scale - a.scale - b.scale;
-  if (digits != 0) {
-    Uint256 shifted = result.magnitude;
-    const DecimalStatus status = shift_digits(shifted, digits);
-    if (status != DecimalStatus::kDone && status != DecimalStatus::kDigitsDropped) return status;
-    result.magnitude = shifted;
-  }
-  return exceeds_precision(result.magnitude, result.precision) ? DecimalStatus::kOverflow
-                                                               : DecimalStatus::kDone;
-}
+[[nodiscard]] DecimalStatus multiply(const Decimal& a, const Decimal& b, Decimal& result);
 
 // a / b. kDivisionByZero; kOverflow when the operands' scales and the result's lie more than 77
 // digits apart or the result has too many digits. The remainder, when asked for, is that of the

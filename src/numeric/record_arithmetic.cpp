@@ -24,17 +24,14 @@ uint64_t sign_of(const comn_numeric& record) {
 }
 
 bool are_clearly_in_precision(const comn_numeric& a, const comn_numeric& b) {
-  return is_clearly_in_precision(a) & is_clearly_in_precision(b);
+  return is_clearly_in_precision(a) && is_clearly_in_precision(b);
 }
 
 // Stores a value that fits the type.
-inline void store_record(DecimalType type, uint64_t sign, const Uint256& magnitude,
+template <class Magnitude>
+inline void store_record(DecimalType type, uint64_t sign, const Magnitude& magnitude,
                          comn_numeric& out) {
   put_numeric(magnitude, sign != 0, type.precision, type.scale, out);
-}
-inline void store_record(DecimalType type, uint64_t sign, const TwoWords& magnitude,
-                         comn_numeric& out) {
-  store_record(type, sign, Uint256{{magnitude.limb[0], magnitude.limb[1], 0, 0}}, out);
 }
 
 // The general way: computes into a Decimal of a type and stores it.

@@ -110,7 +110,22 @@ inline Uint256 load_magnitude(const comn_numeric& record) {
   return make_uint256(words.load_upper());
 }
 
-// Stores a magnitude that fits the precision.
+// Stores a magnitude that fits the precision; nothing is written behind it.
+inline void store_magnitude(const TwoWords& magnitude, int32_t precision, comn_numeric& record) {
+  const auto& limb = magnitude.limb;
+  const MagnitudeWords words(record.magnitude, precision);
+  if (precision > 2 * kDigitsOfWord) {  // 39 digits, whose third word is zero
+    words.store_upper(0);
+    words.store(1, limb[1]);
+    words.store(0, limb[0]);
+  } else if (precision > kDigitsOfWord) {
+    words.store_upper(limb[1]);
+    words.store(0, limb[0]);
+  } else {
+    store_big_endian(limb[0], record.magnitude, layout_of(precision).bytes);
+  }
+}
+
 inline void store_magnitude(const Uint256& magnitude, int32_t precision, comn_numeric& record) {
   const auto& limb = magnitude.limb;
   const MagnitudeWords words(record.magnitude, precision);
@@ -127,7 +142,7 @@ inline void store_magnitude(const Uint256& magnitude, int32_t precision, comn_nu
     words.store_upper(limb[1]);
     words.store(0, limb[0]);
   } else {
-    words.store_upper(limb[0]);
+    store_big_endian(limb[0], record.magnitude, layout_of(precision).bytes);
   }
 }
 

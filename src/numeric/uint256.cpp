@@ -206,6 +206,22 @@ bool divide(const WideInteger<kLimbs>& dividend, const Uint256& divisor, Uint256
   return divide_long(words, {divisor.limb, size, shift}, quotient, remainder);
 }
 
+// Below 8 bytes as words or bytes that overlap.
+void store_big_endian(uint64_t word, uint8_t* bytes, size_t count) {
+  const auto from = [=](size_t begin, size_t size) { return word >> (8 * (count - begin - size)); };
+  if (count == 8) {
+    detail::store_word(bytes, word);
+  } else if (count >= 4) {
+    detail::store_half_word(bytes, static_cast<uint32_t>(from(0, 4)));
+    detail::store_half_word(bytes + count - 4, static_cast<uint32_t>(word));
+  } else {
+    const size_t middle = count / 2;
+    bytes[0] = static_cast<uint8_t>(from(0, 1));
+    bytes[middle] = static_cast<uint8_t>(from(middle, 1));
+    bytes[count - 1] = static_cast<uint8_t>(word);
+  }
+}
+
 template bool divide(const Uint256&, const Uint256&, Uint256&, Uint256&);
 template bool divide(const Uint512&, const Uint256&, Uint256&, Uint256&);
 

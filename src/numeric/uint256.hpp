@@ -128,7 +128,17 @@ inline void add_with_carry(Uint256& a, const Uint256& b, uint64_t carry) {
 }
 
 inline void add_with_carry(TwoWords& a, const TwoWords& b, uint64_t carry) {
+#ifdef __x86_64__
+  __asm__(
+      "addq $-1, %2\n\t"
+      "adcq %3, %0\n\t"
+      "adcq %4, %1"
+      : "+&r"(a.limb[0]), "+r"(a.limb[1]), "+&r"(carry)
+      : "rm"(b.limb[0]), "rm"(b.limb[1])
+      : "cc");
+#else
   a = make_two_words(whole(a) + whole(b) + carry);
+#endif
 }
 
 // a += b, modulo the size of the numbers, for a `subtracts` of 0. For 1 a becomes the magnitude of
@@ -174,18 +184,6 @@ constexpr Uint256 multiply(Uint128 a, Uint128 b) {
   return {{low(bottom), low(right), low(top), high(top)}};
 }
 
-// The product of a number of two words and one of four.
-constexpr Uint512 multiply(Uint128 a, const Uint256& b) {
-  const Uint256 lower = multiply(a, lower_half(b));
-  const Uint256 upper = multiply(a, upper_half(b));
-  const Uint128 middle = upper_half(lower) + lower_half(upper);
-  // The product is below 2^384: the carry stays in the uppermost two words.
-  const Uint128 top = upper_half(upper) + (middle < lower_half(upper));
-  return {{lower.limb[0], lower.limb[1], static_cast<uint64_t>(middle),
-           static_cast<uint64_t>(middle >> 64), static_cast<uint64_t>(top),
-           static_cast<uint64_t>(top >> 64), 0, 0}};
-}
-
 // Products modulo the size of the numbers, without a branch on how much of them is used.
 constexpr Uint256 multiply_low(const TwoWords& a, Uint128 b) {
   return multiply(whole(a), b);
@@ -200,10 +198,6 @@ constexpr Uint256 multiply_low(const Uint256& a, Uint128 b) {
 constexpr Uint256 multiply_low(const Uint256& a, const Uint256& b) {
   const Uint256 product = multiply_low(a, lower_half(b));
   return make_uint256(upper_half(product) + lower_half(a) * upper_half(b), lower_half(product));
-}
-
-constexpr Uint512 widen(const Uint256& value) {
-  return {{value.limb[0], value.limb[1], value.limb[2], value.limb[3], 0, 0, 0, 0}};
 }
 
 // The lower half into `value`; true when the upper one is not zero.
@@ -383,33 +377,16 @@ inline Uint256 load_big_endian(const uint8_t* bytes, size_t count) {
                       detail::load_half_word(end - 4));
 }
 
-// Stores the lower `count` bytes, 1 to 32, of a value as a big-endian integer, in the same way: the
-// upper part comes first, so that the words behind it mend what it writes too far.
+// Stores the lower `count` bytes of a word, 1 to 8, as a big-endian integer.
+void store_big_endian(uint64_t word, uint8_t* bytes, size_t count);
+
+// Stores the lower `count` bytes, 1 to 32, of a value as a big-endian integer: the upper part comes
+// first, so that the words behind it mend what it writes too far.
 inline void store_big_endian(const Uint256& value, uint8_t* bytes, size_t count) {
-  uint8_t* const end = bytes + count;
-  if (count > 24) {
-    detail::store_word(bytes, value.limb[3] << (256 - 8 * count));
-    detail::store_word(end - 24, value.limb[2]);
-    detail::store_word(end - 16, value.limb[1]);
-    detail::store_word(end - 8, value.limb[0]);
-    return;
-  }
-  if (count >= 8) {
-    const size_t top = (count - 1) / 8;
-    detail::store_word(bytes, value.limb[top] << (64 * (top + 1) - 8 * count));
-    for (size_t i = 0; i < top; ++i) detail::store_word(end - 8 * (i + 1), value.limb[i]);
-    return;
-  }
-  const uint64_t word = value.limb[0];
-  const size_t middle = count / 2;
-  if (count < 4) {
-    bytes[0] = static_cast<uint8_t>(word >> (8 * (count - 1)));
-    bytes[middle] = static_cast<uint8_t>(word >> (8 * (count - 1 - middle)));
-    bytes[count - 1] = static_cast<uint8_t>(word);
-    return;
-  }
-  detail::store_half_word(bytes, static_cast<uint32_t>(word >> (8 * (count - 4))));
-  detail::store_half_word(end - 4, static_cast<uint32_t>(word));
+  if (count < 8) return store_big_endian(value.limb[0], bytes, count);
+  const size_t top = (count - 1) / 8;
+  detail::store_word(bytes, value.limb[top] << (64 * (top + 1) - 8 * count));
+  for (size_t i = 0; i < top; ++i) detail::store_word(bytes + count - 8 * (i + 1), value.limb[i]);
 }
 
 // Bytes that a value takes, 0 for 0.

@@ -303,8 +303,7 @@ int32_t rebuild(List& list, int32_t size) {
     return result;
   }
   Table::free_store(list, old.spare_length);
-  old.spares = list.spares;
-  old.spare_length = list.spare_length;
+  old.spares = list.spares;  // as many as before, but in another order
   list = old;
   return result;
 }

@@ -295,8 +295,9 @@ TEST(BinaryDeathTest, CodesAndLengths) {
   // clang-format off
   const struct { int32_t from, to, length, capacity; std::string value = full; } rows[] = {
       {1, 0, 0, 8}, {1, 8, -1, 8}, {1, 0, 8, -1}, {0, 1, 0, 8}, {0, 0, 0, 8}, {0, 0, 8, -1},
-      {0, 18, 0, 0}, {0, 37, 0, 48}, {0, 37, 8, -1}, {19, 0, 0, 8, none}, {19, 8, 0, 0, over}, {8, 1, 0, -1},
-      {19, 19, 0, 0, over}, {18, 0, 0, 8, none}, {18, 19, 0, 8, over}, {18, 19, 0, -1}, {1, 16, 0, 0},
+      {0, 18, 0, 0}, {0, 37, 0, 48}, {0, 37, 8, -1}, {19, 0, 0, 8, none}, {19, 8, 0, 0, over},
+      {19, 19, 0, 0, over}, {18, 0, 0, 8, none}, {18, 19, 0, 8, over}, {18, 19, 0, -1},
+      {8, 1, 0, -1}, {1, 16, 0, 0},
   };
   // clang-format on
   for (const auto& row : rows)

@@ -1,28 +1,25 @@
-// Threads by POSIX and Linux: words to sleep on by futexes, threads and keys by pthreads,
-// priorities by nice values, which Linux keeps for each thread.
+// Threads by POSIX and Linux: threads and keys by pthreads, priorities by nice values, which Linux
+// keeps for each thread.
 //
-// Ending a thread from outside, and reading its stack pointer, is done by the thread itself in the
-// handler of a real-time signal. Neither a cancellation nor pthread_exit will do to end one: both
-// unwind the stack from wherever the signal hit, which ends the process as soon as that is in C++
-// code with handlers or destructors, or under a function that does not throw. A jump back to the
-// thread's first function would be followed by the C library's end of a thread, which wants the
-// heap, and the thread may hold the heap's locks. So the handler takes the thread out of the queue
-// that it stands in, clears its keys and leaves by the bare system call: nothing of the thread's
-// runs any more, and the thread is joined as any other. What it was in the midst of stays as it is:
-// locks stay taken, memory stays allocated.
+// To end a thread from outside, or to read its stack pointer, it is sent a real-time signal, and
+// its handler does it. Ending it there by pthread_exit or a cancellation will not do: they unwind
+// the stack from where the signal hit, and that ends the process as soon as a function there
+// catches everything, does not throw, or was not at a call. Jumping back to the thread's first
+// function and returning will not do either: the C library's end of a thread wants the heap, whose
+// locks the thread may hold. So the handler takes the thread out of the queue that it waits in,
+// clears its keys and leaves by the bare system call, by which the C library learns as usual that
+// the thread can be joined. Nothing of the thread runs any more; what it held and had begun stays
+// as it is.
 #include <errno.h>
-#include <linux/futex.h>
 #include <pthread.h>
 #include <sched.h>
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/syscall.h>
-#include <time.h>
 #include <ucontext.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <climits>
 #include <csetjmp>
 #include <mutex>
 #include <new>
@@ -31,42 +28,6 @@
 #include "tvxcomn/support.h"
 
 namespace tvx::os {
-
-// ---- Words -------------------------------------------------------------------------------------
-
-namespace {
-
-long futex(const std::atomic<uint32_t>& word, int operation, uint32_t value,
-           const timespec* deadline) {
-  static_assert(sizeof word == sizeof value);
-  return syscall(SYS_futex, &word, operation | FUTEX_PRIVATE_FLAG, value, deadline, nullptr,
-                 FUTEX_BITSET_MATCH_ANY);
-}
-
-timespec time_of(Deadline deadline) {
-  const auto time = deadline.time_since_epoch();  // of CLOCK_MONOTONIC, as the futex counts
-  const auto seconds = std::chrono::floor<std::chrono::seconds>(time);
-  return {seconds.count(), std::chrono::nanoseconds(time - seconds).count()};
-}
-
-}  // namespace
-
-bool sleep_while(const std::atomic<uint32_t>& word, uint32_t value, Deadline deadline) {
-  if (deadline == kNever) {
-    futex(word, FUTEX_WAIT_BITSET, value, nullptr);
-    return true;
-  }
-  const timespec time = time_of(deadline);
-  return futex(word, FUTEX_WAIT_BITSET, value, &time) == 0 || errno != ETIMEDOUT;
-}
-
-void wake_one(const std::atomic<uint32_t>& word) {
-  futex(word, FUTEX_WAKE, 1, nullptr);
-}
-
-void wake_all(const std::atomic<uint32_t>& word) {
-  futex(word, FUTEX_WAKE, INT_MAX, nullptr);
-}
 
 // ---- The calling thread ------------------------------------------------------------------------
 
@@ -81,6 +42,13 @@ void forget_id() {
 [[maybe_unused]] const int fork_handler = pthread_atfork(nullptr, nullptr, forget_id);
 
 }  // namespace
+
+uint64_t number_calling_thread() {
+  static std::atomic<uint64_t> last{0};
+  const uint64_t serial = last.fetch_add(1, std::memory_order_relaxed) + 1;
+  calling_thread.serial.store(serial, std::memory_order_relaxed);
+  return serial;
+}
 
 uint32_t thread_id() {
   uint32_t id = calling_thread.id.load(std::memory_order_relaxed);
