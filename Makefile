@@ -11,7 +11,8 @@ PREFIX ?= /usr/local
 JOBS ?= $(shell nproc)
 
 PACKAGES = g++ cmake ninja-build libcli11-dev libgtest-dev libboost-dev pkg-config
-BENCH_PACKAGES = libbenchmark-dev libfast-float-dev libgmp-dev libboost-dev libdfp-dev libecpg-dev
+BENCH_PACKAGES = libbenchmark-dev libfast-float-dev libgmp-dev libboost-dev libdfp-dev libecpg-dev libabsl-dev \
+  libhowardhinnant-date-dev
 LINT_PACKAGES = clang-format clang-tidy
 
 SAMPLE = examples/shipments.csv

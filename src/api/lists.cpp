@@ -81,8 +81,8 @@ int32_t lm_list_op(lm_list* list, int32_t operation, void* key, int32_t key_leng
   if (list == nullptr) return rt::traced(CS_FAIL);
   rt::require_ready(list->state);
   rt::require(operation >= rt::kFirstOperation && operation <= rt::kLastOperation);
-  return rt::traced(list->methods->operations[operation - rt::kFirstOperation](
-      *list, key, key_length, data, out));
+  return list->methods->operations[operation - rt::kFirstOperation](*list, key, key_length, data,
+                                                                    out);
 }
 
 int32_t lm_list_prop(lm_list* list, int32_t action, int32_t property_number, void* buffer,

@@ -1,6 +1,6 @@
 // Magnitudes in records, comn_numeric, as words. A record always has room for the longest
-// magnitude, so that a short one is loaded and stored as part of a whole word; and nineteen digits
-// are a word: 10^(19 n) needs 8 n bytes exactly, up to n = 4.
+// magnitude, so that a short one is loaded as part of a whole word; it is stored exactly. Nineteen
+// digits are a word: 10^(19 n) needs 8 n bytes, up to n = 4.
 #pragma once
 
 #include <array>

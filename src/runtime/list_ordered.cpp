@@ -141,7 +141,7 @@ template <Action action>
   if (!is_filled) position = list.current;
   base::store(cursor, position);
   deliver(out, position);
-  return result;
+  return traced(result);
 }
 
 template <Action action>
@@ -150,7 +150,7 @@ int32_t operation(List& list, void* cursor, int32_t key_length, void* data, void
     return operation_with_cursor<action>(list, cursor, key_length, data, out);
   const int32_t result = action(list, list.current, key_length, data);
   deliver(out, list.current);
-  return result;
+  return traced(result);
 }
 
 // ---- The store ---------------------------------------------------------------------------------

@@ -266,7 +266,7 @@ template <TableAction action>
 int32_t table_operation(List& list, void* key, int32_t key_length, void* data, void** out) {
   const int32_t result = action(list, key, key_length, data);
   if (out != nullptr) *out = list.current != nullptr ? list.current->data : nullptr;
-  return result;
+  return traced(result);
 }
 
 // ---- The store ---------------------------------------------------------------------------------
