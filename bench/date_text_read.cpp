@@ -24,7 +24,7 @@ const char* const kMonths[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
 template <ReadForm form>
 std::vector<Text> texts() {
   return random_values([](auto& generator) {
-    const auto below = [&generator](int limit) { return static_cast<int>(generator() % limit); };
+    const auto below = [&](unsigned limit) { return static_cast<int>(generator() % limit); };
     const int year = 1950 + below(100), month = below(12), day = 1 + below(28);
     const int hour = below(24), minute = below(60), second = below(60), fraction = below(1000);
     Text text;

@@ -4,9 +4,10 @@
  *
  * Results are CS_SUCCEED, CS_FAIL for what is refused or not there, CS_MEM_ERROR, and LM_NOT_FOUND
  * for a key that the table does not hold. An operation that runs out of memory leaves its context
- * or list as it was. A null context or list gives CS_FAIL; null in place of any other pointer,
- * where the description does not allow it, is a fatal usage error, and so are unknown codes and a
- * context, list or element that has been freed.
+ * or list as it was (for LM_LIST_SPARES see there). A null context or list gives CS_FAIL; null in
+ * place of any other pointer, where the description does not allow it, is a fatal usage error. So
+ * are unknown codes, and a context, list or element that has been freed, as far as its memory still
+ * tells.
  *
  * A context and its lists are not locked: one thread at a time. */
 #ifndef TVXCOMN_LISTS_H
@@ -57,11 +58,10 @@ TVXCOMN_API int32_t lm_exit(lm_context* context, int32_t mode);
 /* ---- Lists --------------------------------------------------------------------------------- */
 
 #define LM_ORDERED 13      /* doubly linked */
-#define LM_HASH_CHAINED 14 /* hash table of chains; the newest element is the first of its chain \
-                            */
-#define LM_HASH_OPEN 16 /* hash table of slots, linear probing; full, it takes no more elements */
-#define LM_QUEUE 18     /* first in, first out */
-#define LM_STACK 19     /* last in, first out */
+#define LM_HASH_CHAINED 14 /* hash table of chains, each with its newest element in front */
+#define LM_HASH_OPEN 16    /* hash table of slots, probed one by one; full, it takes no more */
+#define LM_QUEUE 18        /* first in, first out */
+#define LM_STACK 19        /* last in, first out */
 
 /* Creates a list, with memory from its context's routines or from those given. Kind CS_UNUSED is
  * the context's default; other unknown kinds are a fatal usage error. The list takes the context's
@@ -88,8 +88,9 @@ TVXCOMN_API int32_t lm_list_drop(lm_list* list, int32_t mode);
  * first, and none in an empty list. In an LM_ORDERED list, a queue or a stack, `key` may point at a
  * cursor, a variable of type lm_element* of the caller's. Holding an element of the list, it stands
  * in for the list's current element, which then stays where it is; holding null, it receives the
- * list's current element after the operation. A cursor is void once its element has been deleted
- * through another one; the list's own current element moves on when that happens to it.
+ * list's current element after the operation. An element that was deleted through another cursor is
+ * not to be used any more (a fatal usage error); the list's own current element moves on when that
+ * happens to it.
  *
  * In hash tables `key` and `key_length` are a key. Keys are equal when their lengths and bytes are.
  * No key is given when `key` is null or `key_length` is CS_UNUSED. LM_INSERT and LM_FIND need a
@@ -98,7 +99,7 @@ TVXCOMN_API int32_t lm_list_drop(lm_list* list, int32_t mode);
 /* Inserts an element with `data`, which becomes current. Ordered list: at the place that
  * `key_length` names. Queue: at the tail. Stack: at the head. Table: under the key, whether or not
  * it is there already. CS_FAIL when there is no current element to insert beside, or no free slot
- * in an LM_HASH_OPEN table; CS_MEM_ERROR. */
+ * in an LM_HASH_OPEN table; CS_MEM_ERROR. An unknown place is a fatal usage error. */
 #define LM_INSERT 20
 #define LM_AT_HEAD 27
 #define LM_AT_TAIL 28
@@ -133,13 +134,13 @@ TVXCOMN_API int32_t lm_list_drop(lm_list* list, int32_t mode);
 #define LM_LAST 28
 
 /* Calls the list's function with the data of the current element, in tables of the one with the key
- * if one is given. Moves nothing. CS_SUCCEED; CS_FAIL when the function returns 0 or there is no
- * function or no such element, in which case tables print "\nNULL\n" to the debug output;
- * LM_NOT_FOUND. */
+ * if one is given. Moves nothing. CS_SUCCEED; CS_FAIL when the function returns 0 or is not set, or
+ * there is no current element, of which tables print "\nNULL\n" to the debug output; LM_NOT_FOUND.
+ */
 #define LM_APPLY 29
 
-/* Calls the list's function with the data of every element from the head on. Tables print to the
- * debug output for every bucket "\nKeys:\n" before calling it with every key of the bucket,
+/* Calls the list's function with the data of every element in the order of LM_NEXT. Tables print to
+ * the debug output for every bucket "\nKeys:\n" before calling it with every key of the bucket,
  * "\nData:\n" before calling it with the data of each, and "\n"; for an empty bucket
  * "\n***Chain empty***\n". Moves nothing. CS_SUCCEED; CS_FAIL as soon as the function returns 0, or
  * when there is none. */
@@ -167,9 +168,10 @@ TVXCOMN_API int32_t lm_list_op(lm_list* list, int32_t operation, void* key, int3
  * which becomes current; CS_MEM_ERROR. CS_FAIL for a size below 1, for an LM_HASH_OPEN table below
  * 2 or below the number of its elements. Reset: the context's default. */
 #define LM_LIST_HASH_SIZE 2
-/* How many elements are kept in reserve when they are deleted. To raise it allocates as many more,
- * to lower it frees as many fewer. A negative count is refused with CS_FAIL. CS_MEM_ERROR: the
- * count is as it was, but no elements are in reserve. Reset: the context's default. */
+/* Up to how many elements are kept in reserve when they are deleted. To raise it allocates as many
+ * more, to lower it frees as many fewer. A negative count is refused with CS_FAIL. CS_MEM_ERROR:
+ * the count is as it was, but no elements are in reserve. An LM_HASH_OPEN table has no use for the
+ * reserve. Reset: the context's default. */
 #define LM_LIST_SPARES 3
 #define LM_LIST_COUNT 8   /* read only: the number of elements */
 #define LM_LIST_CONTEXT 9 /* read only: lm_context* */

@@ -20,6 +20,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <bit>
 #include <csetjmp>
 #include <mutex>
 #include <new>
@@ -126,9 +127,9 @@ constexpr std::chrono::seconds kPatience{5};
 
 void* stack_pointer_of(const ucontext_t& context) {
 #if defined(__x86_64__)
-  return reinterpret_cast<void*>(context.uc_mcontext.gregs[REG_RSP]);
+  return std::bit_cast<void*>(context.uc_mcontext.gregs[REG_RSP]);
 #elif defined(__aarch64__)
-  return reinterpret_cast<void*>(context.uc_mcontext.sp);
+  return std::bit_cast<void*>(context.uc_mcontext.sp);
 #endif
 }
 
@@ -206,11 +207,11 @@ void* run(void* argument) {
   const uintptr_t status = control.status;
   control.ended.signal();
   control.leave();
-  return reinterpret_cast<void*>(status);
+  return std::bit_cast<void*>(status);
 }
 
 bool create(ThreadControl& control, uint32_t stack_size) {
-  constexpr size_t kLeastStack = 128 * 1024;  // room for a signal's frame and a few calls
+  constexpr size_t kLeastStack = 131'072;  // room for a signal's frame and a few calls
   pthread_attr_t attributes;
   if (pthread_attr_init(&attributes) != 0) return false;
   const bool created =
@@ -221,26 +222,9 @@ bool create(ThreadControl& control, uint32_t stack_size) {
   return created;
 }
 
-// The distance from the main thread's nice value; clamped, the outermost are the ends of the range.
-int nice_distance(Priority priority) {
-  switch (priority) {
-    case Priority::kIdle:
-      return 40;
-    case Priority::kLowest:
-      return 10;
-    case Priority::kBelowNormal:
-      return 5;
-    case Priority::kNormal:
-      return 0;
-    case Priority::kAboveNormal:
-      return -5;
-    case Priority::kHighest:
-      return -10;
-    case Priority::kTimeCritical:
-      return -40;
-  }
-  return 0;
-}
+// From idle to time critical: the distance from the main thread's nice value. Clamped, the
+// outermost are the ends of the range.
+constexpr int kNiceDistances[] = {40, 10, 5, 0, -5, -10, -40};
 
 }  // namespace
 
@@ -262,7 +246,7 @@ void exit_thread(uint32_t status) {
     control->status = status;
     std::longjmp(control->exit, 1);
   }
-  pthread_exit(reinterpret_cast<void*>(uintptr_t{status}));
+  pthread_exit(std::bit_cast<void*>(uintptr_t{status}));
 }
 
 // ---- Threads -----------------------------------------------------------------------------------
@@ -316,7 +300,7 @@ bool Thread::set_priority(Priority priority) {
   if (!control_->running) return false;
   await_requests_taken(*control_);
   const int normal = getpriority(PRIO_PROCESS, static_cast<id_t>(getpid()));
-  const int nice = std::clamp(normal + nice_distance(priority), -20, 19);
+  const int nice = std::clamp(normal + kNiceDistances[static_cast<size_t>(priority)], -20, 19);
   return setpriority(PRIO_PROCESS, control_->id.load(std::memory_order_relaxed), nice) == 0;
 }
 

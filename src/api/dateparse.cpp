@@ -68,17 +68,17 @@ int32_t com__datefromchar_mb(const char* text, int32_t length, int32_t format_co
 int32_t com__timefromchar_mb(const char* text, int32_t length, int32_t format_code, int32_t order,
                              const char* const* months, const char* const* short_months,
                              const com_charattr* attributes, comn_datetime* value) {
-  return static_cast<int32_t>(
-      dt::read_time_only(checked_text(text, length, order, value),
-                         {format_code, order, {months, short_months}, attributes}, *value));
+  const auto checked = checked_text(text, length, order, value);
+  return static_cast<int32_t>(dt::read_time_only(
+      checked, {format_code, order, {months, short_months}, attributes}, *value));
 }
 
 int32_t com__dateafromchar_mb(const char* text, int32_t length, int32_t format_code, int32_t order,
                               const char* const* months, const char* const* short_months,
                               const com_charattr* attributes, int32_t* value) {
+  const auto checked = checked_text(text, length, order, value);
   return static_cast<int32_t>(
-      dt::read_date(checked_text(text, length, order, value),
-                    {format_code, order, {months, short_months}, attributes}, *value));
+      dt::read_date(checked, {format_code, order, {months, short_months}, attributes}, *value));
 }
 
 int32_t com__timeafromchar_mb(const char* text, int32_t length, int32_t format_code, int32_t order,

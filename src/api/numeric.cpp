@@ -115,7 +115,7 @@ int32_t result_code(DecimalStatus status) {
 bool are_numerics(const comn_numeric* a, const comn_numeric* b) {
   rt::require_pointer(a);
   rt::require_pointer(b);
-  return num::is_numeric(*a) && num::is_numeric(*b);
+  return num::are_numerics(*a, *b);
 }
 
 using Operation = DecimalStatus(const comn_numeric& a, const comn_numeric& b, comn_numeric& out);

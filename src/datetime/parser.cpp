@@ -23,8 +23,8 @@ public:
     parts_.day = 1;
   }
 
-  // The whole text.
-  [[nodiscard]] bool read(std::string_view text) {
+  // The whole text. Flattened, so that what is left of the tokens stays in a register.
+  [[nodiscard, gnu::flatten]] bool read(std::string_view text) {
     if (!tokenise(text, rules_.months, rules_.attributes, tokens_)) {
       return fail(ReadStatus::kBadToken);
     }

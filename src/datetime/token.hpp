@@ -94,7 +94,7 @@ private:
   };
 
   [[nodiscard]] static size_t index(Place place) {
-    if (place == kNowhere) __builtin_unreachable();
+    if (place == kNowhere) __builtin_unreachable();  // which spares a test of it
     return static_cast<unsigned>(std::countr_zero(place));
   }
   [[nodiscard]] static Place lowest(uint32_t places) { return places & (0 - places); }

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include "base/bytes.hpp"
 #include "numeric/precision.hpp"
 #include "numeric/record_layout.hpp"
 #include "numeric/uint256.hpp"
@@ -136,6 +137,19 @@ constexpr bool is_numeric_type(int32_t precision, int32_t scale) {
 
 inline bool is_numeric(const comn_numeric& record) {
   return (record.precision - 1u < kMaxPrecision) & (record.scale <= kMaxScale);
+}
+
+// The same of two records, whose four bytes are looked at together: none is above 77 when adding 50
+// sets the top bit of none that has it clear, and no precision is 0 when adding 127 sets that of
+// both.
+inline bool are_numerics(const comn_numeric& a, const comn_numeric& b) {
+  static_assert(kMaxPrecision == 77 && kMaxScale == 77);
+  constexpr uint32_t tops = 0x8080'8080;
+  constexpr uint32_t tops_of_precisions = 0x0080'0080;
+  const uint32_t headers = base::load<uint16_t>(&a) | uint32_t{base::load<uint16_t>(&b)} << 16;
+  const uint32_t above = (headers | (headers + 0x3232'3232)) & tops;
+  const uint32_t given = ((headers & 0x007F'007F) + 0x007F'007F) & tops_of_precisions;
+  return (above | (given ^ tops_of_precisions)) == 0;
 }
 
 // Bytes of a record in use: header, sign and magnitude of the precision.

@@ -10,7 +10,7 @@ struct ChainedTable {
   static bool can_have_size(const List&, int32_t) { return true; }
 
   static bool make_store(List& list) {
-    list.buckets = list.memory.make<Element*>(bucket_count(list));
+    list.buckets = list.memory.make<lm_bucket>(bucket_count(list));
     return list.buckets != nullptr;
   }
 
@@ -23,13 +23,13 @@ struct ChainedTable {
     list.memory.free_block(list.buckets);
   }
 
-  static Element* front(const List& list, uint32_t bucket) { return list.buckets[bucket]; }
+  static Element* front(const List& list, uint32_t bucket) { return list.buckets[bucket].front; }
 
   static uint32_t bucket_of(const List& list, const Element& element) {
     return element.hash % bucket_count(list);
   }
   static Element*& front_for(const List& list, uint32_t hash) {
-    return list.buckets[hash % bucket_count(list)];
+    return list.buckets[hash % bucket_count(list)].front;
   }
 
   static int32_t insert(List& list, ListKey key, void* data) {

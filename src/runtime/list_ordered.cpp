@@ -4,7 +4,6 @@
 //
 // Every operation starts from a position and leaves one: that of the caller's cursor if it holds an
 // element, else the list's current element.
-#include "base/bytes.hpp"
 #include "runtime/list_elements.hpp"
 
 namespace tvx::runtime {
@@ -28,22 +27,29 @@ constexpr int32_t place_of(int32_t kind, int32_t key_length) {
   return kind == LM_QUEUE ? LM_AT_TAIL : LM_AT_HEAD;
 }
 
+// What stands behind an element that is inserted at the place; null when it is to go beside the
+// position and there is none.
+Element* behind_place(List& list, int32_t place, Element* position) {
+  if (place == LM_AT_TAIL) return &list.ends;
+  if (place == LM_AT_HEAD) return list.ends.next;
+  require(place == LM_BEFORE_CURRENT || place == LM_AFTER_CURRENT);
+  if (position == nullptr) return nullptr;
+  return place == LM_BEFORE_CURRENT ? position : position->next;
+}
+
 template <int32_t kind>
 int32_t insert(List& list, Element*& position, int32_t key_length, void* data) {
-  const int32_t place = place_of(kind, key_length);
-  Element* behind = &list.ends;  // in front of which the new element goes
-  if (place == LM_AT_HEAD) {
-    behind = list.ends.next;
-  } else if (place != LM_AT_TAIL) {
-    require(place == LM_BEFORE_CURRENT || place == LM_AFTER_CURRENT);
-    if (position == nullptr) return CS_FAIL;
-    behind = place == LM_BEFORE_CURRENT ? position : position->next;
-  }
-
+  Element* const behind = behind_place(list, place_of(kind, key_length), position);
+  if (behind == nullptr) return CS_FAIL;
   Element* const element = take_element(list);
   if (element == nullptr) return CS_MEM_ERROR;
   Element* const before = behind->previous;
-  *element = {.state = RecordState::kInserted, .data = data, .next = behind, .previous = before};
+  element->state = RecordState::kInserted;
+  element->key_length = 0;
+  element->key = nullptr;
+  element->data = data;
+  element->next = behind;
+  element->previous = before;
   before->next = element;
   behind->previous = element;
   ++list.element_count;
@@ -132,22 +138,24 @@ void deliver(void** out, const Element* position) {
 
 // Out of line, so that an operation without a cursor does not pay for it.
 template <Action action>
-[[gnu::noinline]] int32_t operation_with_cursor(List& list, void* cursor, int32_t key_length,
+[[gnu::noinline]] int32_t operation_with_cursor(List& list, Element*& cursor, int32_t key_length,
                                                 void* data, void** out) {
-  auto* position = base::load<Element*>(cursor);
+  Element* position = cursor;
   const bool is_filled = position != nullptr;
   if (is_filled) require(is_in_list(*position));
   const int32_t result = action(list, is_filled ? position : list.current, key_length, data);
   if (!is_filled) position = list.current;
-  base::store(cursor, position);
+  cursor = position;
   deliver(out, position);
   return traced(result);
 }
 
 template <Action action>
-int32_t operation(List& list, void* cursor, int32_t key_length, void* data, void** out) {
-  if (cursor != nullptr) [[unlikely]]
+int32_t operation(List& list, void* key, int32_t key_length, void* data, void** out) {
+  if (key != nullptr) [[unlikely]] {
+    auto& cursor = *static_cast<Element**>(key);
     return operation_with_cursor<action>(list, cursor, key_length, data, out);
+  }
   const int32_t result = action(list, list.current, key_length, data);
   deliver(out, list.current);
   return traced(result);

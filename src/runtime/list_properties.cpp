@@ -107,7 +107,7 @@ int32_t list_property(List& list, const PropertyRequest& request) {
     case LM_LIST_COUNT:
       return read_only(request, list.element_count);
     case LM_LIST_CONTEXT:
-      return read_only(request, list.context);
+      return read_only(request, static_cast<void*>(list.context));
     case LM_LIST_NAME:
       require(request.action == LM_GET);
       return get_name(request, list.name);
@@ -143,7 +143,7 @@ int32_t context_property(ListContext& context, const PropertyRequest& request) {
     case LM_CONTEXT_CURRENT_NAME:
       return current_list_name(context, request);
     case LM_CONTEXT_CURRENT:
-      return read_only(request, context.current);
+      return read_only(request, static_cast<void*>(context.current));
     default:
       require(false);
       return CS_FAIL;

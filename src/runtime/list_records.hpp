@@ -82,6 +82,10 @@ struct lm_element {
   };
 };
 
+struct lm_bucket {
+  lm_element* front = nullptr;
+};
+
 struct lm_list {
   tvx::runtime::RecordState state = tvx::runtime::RecordState::kBuilding;
   int32_t kind = 0;
@@ -89,8 +93,8 @@ struct lm_list {
   lm_element* current = nullptr;
 
   // The store: which of them it is depends on the kind.
-  lm_element ends;                 // of a ring: the head is its next, the tail its previous element
-  lm_element** buckets = nullptr;  // the front of each chain
+  lm_element ends;               // of a ring: the head is its next, the tail its previous element
+  lm_bucket* buckets = nullptr;  // of chains
   lm_element* slots = nullptr;
 
   lm_element* spares = nullptr;  // linked by `next`

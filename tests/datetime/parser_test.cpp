@@ -73,7 +73,8 @@ Outcome read(Destination destination, std::string_view text, const ReadingRules&
     return [=, &rules](auto& value, bool& lost) { return reader(text, rules, value, lost); };
   };
   int64_t (*const ticks)(const comn_datetime&) = [](auto& v) { return v.days * kTicks + v.ticks; };
-  int64_t (*const minutes)(const comn_datetime4&) = [](auto& v) { return int64_t{v.days} * 1440 + v.minutes; };
+  int64_t (*const minutes)(const comn_datetime4&) =
+      [](auto& v) { return int64_t{v.days} * 1440 + v.minutes; };
   switch (destination) {
     case kDatetime: return observe(call_lossy(read_datetime), ticks);
     case kDatetime4: return observe(call(read_datetime4), minutes);
@@ -98,7 +99,8 @@ Outcome value_of(Destination destination, const Moment& m) {
   const int64_t microseconds = seconds * 1'000'000 + m.microsecond;
   const int64_t big_days = (has_date ? days : -693'595) + kDaysTo1900;
   switch (destination) {
-    case kDatetime: return days < -53'690 ? Outcome{1, 0, lost} : Outcome{0, days * kTicks + ticks, lost};
+    case kDatetime:
+      return days < -53'690 ? Outcome{1, 0, lost} : Outcome{0, days * kTicks + ticks, lost};
     case kDatetime4: return days < 0 || minutes >= 65'536 * 1440 ? Outcome{1} : Outcome{0, minutes};
     case kTimeOnly: return has_date ? Outcome{-2} : Outcome{0, ticks};
     case kDate: return {0, days};
@@ -123,6 +125,7 @@ const struct { const char* text; Moment moment; } kTexts[] = {
     {"2003-01-02T10:20:30.5", {2003, 1, 2, 10, 20, 30, 500'000}},
     {"10:20:30:250", {0, 1, 1, 10, 20, 30, 250'000}},
     {"10:20:30.1234", {0, 1, 1, 10, 20, 30, 123'400}},
+    {"10:20:30.0015", {0, 1, 1, 10, 20, 30, 1'500}},
     {"10:20:30.123456 1/2/3", {2003, 1, 2, 10, 20, 30, 123'456}},
     {"10:20:30.00012345", {0, 1, 1, 10, 20, 30, 12'345}},
     {"23:59:59.99951", {0, 1, 1, 23, 59, 59, 999'510}}, {"00010101", {1, 1, 1}},
@@ -133,10 +136,14 @@ const struct { const char* text; Moment moment; } kTexts[] = {
 };
 
 constexpr int32_t kSame = 77;  // as datetime and date together
-const struct { std::string_view text; int32_t datetime, date = kSame, time_only = -2, time = 0; } kErrors[] = {
+const struct {
+  std::string_view text;
+  int32_t datetime, date = kSame, time_only = -2, time = 0;
+} kErrors[] = {
     {"1/2/100", 1}, {"Jan 2 100", 1}, {"02/30/2003", 3}, {"2/29/1900", 3}, {"0/1/2003", 2},
-    {"13/1/2003", 2}, {"20031301", 2}, {"20030100", 3}, {"0000-01-02", 1}, {"24:00", 1, kSame, 1, 1},
-    {"1/2/3 10:60", 1, kSame, -2, 1}, {"10:20:60", 1, kSame, 1, 1}, {"0 PM", 9, kSame, 9, 9},
+    {"13/1/2003", 2}, {"20031301", 2}, {"20030100", 3}, {"0000-01-02", 1},
+    {"24:00", 1, kSame, 1, 1}, {"1/2/3 10:60", 1, kSame, -2, 1}, {"10:20:60", 1, kSame, 1, 1},
+    {"0 PM", 9, kSame, 9, 9},
     {"13 AM", 9, kSame, 9, 9}, {"24:00pm", 9, kSame, 9, 9}, {"Jan 2", -1}, {"1/2/", -1},
     {"/1/2 2003", -1}, {"/1/2/3", -2, 0}, {"Mon Jan 2 2003", -1, kSame, -1, -1},
     {"2003:10", -1, kSame, -1, -1}, {"10:20:30.", -1, kSame, -1, -1}, {"2003-01-02T", -1},

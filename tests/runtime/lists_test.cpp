@@ -289,9 +289,10 @@ TEST_F(ListsDeathTest, BrokenUsage) {
   };
   // clang-format off
   const std::function<int32_t()> null_pointers[] = {
-      [&] { return lm_initlm(1100, nullptr, 1, &ended); }, [&] { return lm_initlm(1100, x, 1, nullptr); },
+      [&] { return lm_initlm(1100, nullptr, 1, &ended); },
+      [&] { return lm_initlm(1100, x, 1, nullptr); },
       [&] { return lm_initlm_ex(1100, x, 1, &ended, nullptr, ListHeap::release, &heap); },
-      [&] { return lm_list_alloc_ex(context, 13, x, 1, &made, ListHeap::allocate, nullptr, &heap); },
+      [&] { return lm_list_alloc_ex(context, 13, x, 1, &made, ListHeap::allocate, nullptr, x); },
       [&] { return lm_list_alloc(context, 13, nullptr, 1, &made); },
       [&] { return lm_list_alloc(context, 13, x, 1, nullptr); },
       [&] { return lm_list_prop(list, LM_GET, LM_LIST_KIND, nullptr, CS_UNUSED, nullptr); },
@@ -310,12 +311,14 @@ TEST_F(ListsDeathTest, BrokenUsage) {
       [&] { return operate(list, LM_CURRENT, &cursor, 0); },  // its element is deleted
       [&] { return operate(list, 19, nullptr, 0); }, [&] { return operate(table, 32, nullptr, 0); },
       [&] { return operate(list, LM_INSERT, nullptr, 29); },
-      [&] { return operate(table, LM_INSERT, x, -1); }, [&] { return operate(table, LM_DELETE, x, -9); },
+      [&] { return operate(table, LM_INSERT, x, -1); },
+      [&] { return operate(table, LM_DELETE, x, -9); },
       [&] { return of(list).operate(32, 1); }, [&] { return of(list).operate(LM_GET, 1, 0, 4); },
       [&] { return of(list).operate(LM_SET, 8); }, [&] { return of(list).operate(LM_RESET, 10); },
       [&] { return of(list).operate(LM_GET, 4); }, [&] { return of(list).operate(LM_GET, 7); },
       [&] { return of(list).operate(LM_GET, 13); }, [&] { return of(context).operate(LM_GET, 8); },
-      [&] { return of(context).operate(LM_SET, 1, 15); }, [&] { return of(context).operate(LM_SET, 4); },
+      [&] { return of(context).operate(LM_SET, 1, 15); },
+      [&] { return of(context).operate(LM_SET, 4); },
       [&] { return of(context).operate(LM_SET, 6, 0, 0); },
       [&] { return of(context).operate(LM_SET, 6, 0, 4); },  // no such name
   };

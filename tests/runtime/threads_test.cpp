@@ -256,6 +256,12 @@ struct ThreeWaiting {
   RunningThread a, b, c;
 };
 
+void expect_to_become(int expected, const std::atomic<int>& count) {
+  while (count < expected) sched_yield();
+  usleep(30'000);
+  EXPECT_EQ(expected, count);
+}
+
 TEST(Events, LetOneOrAllThrough) {
   for (const int32_t kind : {COMN_EVENT_AUTO, 0, 2}) {
     const int32_t again = kind == COMN_EVENT_AUTO ? CS_TIMED_OUT : CS_SUCCEED;
@@ -271,8 +277,7 @@ TEST(Events, LetOneOrAllThrough) {
       const ThreeWaiting threads(wait);
       EXPECT_EQ(CS_SUCCEED, comn_signal_event(event));
       EXPECT_EQ(again, comn_waitfor_event(event, 0)) << "one had it already";
-      usleep(30'000);
-      EXPECT_EQ(kind == COMN_EVENT_AUTO ? 1 : 3, through);
+      expect_to_become(kind == COMN_EVENT_AUTO ? 1 : 3, through);
       comn_signal_event(event), comn_signal_event(event);  // one for each, however fast
     }
     EXPECT_EQ(CS_SUCCEED, comn_reset_event(event));
@@ -319,8 +324,7 @@ TEST(Conditions, KeepASignalButNoBroadcast) {
     const ThreeWaiting threads(wait);
     EXPECT_EQ(0, through);
     EXPECT_EQ(CS_SUCCEED, comn_signal_cond(condition));
-    usleep(30'000);
-    EXPECT_EQ(1, through);
+    expect_to_become(1, through);
     EXPECT_EQ(CS_SUCCEED, comn_broadcast_cond(condition));
   }
   EXPECT_EQ(3, through);
