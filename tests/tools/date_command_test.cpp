@@ -45,7 +45,7 @@ TEST(Date, ShowsFormsAndParts) {
   EXPECT_NE(styles.output.find("\n  7  Jan 02, 03\n"), std::string::npos) << styles.output;
   EXPECT_NE(styles.output.find("\n140  2003-01-02 14:05:09.000000\n"), std::string::npos);
   EXPECT_EQ(styles.output.find("\n 24 "), std::string::npos);
-  EXPECT_EQ(std::count(styles.output.begin(), styles.output.end(), '\n'), 56);
+  EXPECT_EQ(std::count(styles.output.begin(), styles.output.end(), '\n'), 55);
   const Outcome parts = date({"parts", "Dec 31 2024 1:02:03.000045", "--type", "bigdatetime"});
   for (const char* line : {"year          2024  2024\n", "weekday          3  Tuesday\n",
                            "isoyear       2025  2025\n", "microsecond     45  45\n"})
