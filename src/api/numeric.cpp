@@ -404,11 +404,10 @@ char* com__subexctnumetochar(const comnb_value* value, char* buffer, int32_t siz
   *length = 0;
   if (!have_fields(*value) || value->scale > num::kMaxScale) return nullptr;
   const num::DecimalText text(load(*value));
-  const int32_t bytes = static_cast<int32_t>(text.view().size());
-  if (bytes > size) return nullptr;
-  *length = bytes;
-  char* const start = buffer + (size - bytes);
-  text.view().copy(start, text.view().size());
+  if (text.length() > size) return nullptr;
+  *length = text.length();
+  char* const start = buffer + (size - text.length());
+  text.write(start);
   return start;
 }
 

@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <string_view>
+#include <utility>
 
 #include "charset/ascii_mapping.hpp"
 #include "tvxcomn/support.h"
@@ -29,38 +30,32 @@ Text trimmed(Text text) {
 bool is_decimal_number(Text text, const com_charattr& attributes) {
   const auto* at = reinterpret_cast<const uint8_t*>(text.data);
   const uint8_t* const end = at + text.length;
-  enum class State { before, mantissa, exponent_sign, exponent, after } state = State::before;
+  bool has_begun = false;
+  bool has_ended = false;
   bool has_point = false;
-  bool has_exponent = false;
-  bool mantissa_digits = false;
-  bool exponent_digits = false;
+  bool in_exponent = false;
+  bool sign_may_follow = true;
+  bool has_digits[2] = {};  // of the mantissa, of the exponent
   for (; at != end; at += charset::char_width(attributes, at, end)) {
     const uint8_t character = charset::to_ascii(attributes, at, end);
-    const bool is_blank = character == ' ' || *at == '\t';  // a tab has no ASCII form
-    const bool is_exponent = state == State::exponent_sign || state == State::exponent;
-    if (is_blank) {
-      if (state != State::before) state = State::after;
-    } else if (state == State::after) {
-      return false;
-    } else if ((charset::entry(attributes, at, end).flags & COM_ATTR_DIGIT) != 0) {
-      (is_exponent ? exponent_digits : mantissa_digits) = true;
-      state = is_exponent ? State::exponent : State::mantissa;
-    } else if (character == '+' || character == '-') {
-      if (state != State::before && state != State::exponent_sign) return false;
-      state = is_exponent ? State::exponent : State::mantissa;
-    } else if (character == '.') {
-      if (has_point) return false;
+    if (character == ' ' || character == '\t') {
+      has_ended = has_begun;
+      continue;
+    }
+    if (has_ended) return false;
+    has_begun = true;
+    const bool may_be_sign = std::exchange(sign_may_follow, false);
+    if ((charset::entry(attributes, at, end).flags & COM_ATTR_DIGIT) != 0) {
+      has_digits[in_exponent ? 1 : 0] = true;
+    } else if (character == '.' && !has_point) {
       has_point = true;
-      state = is_exponent ? State::exponent : State::mantissa;
-    } else if (character == 'e' || character == 'E') {
-      if (is_exponent || !mantissa_digits) return false;
-      state = State::exponent_sign;
-      has_exponent = true;
-    } else {
+    } else if ((character == 'e' || character == 'E') && has_digits[0] && !in_exponent) {
+      in_exponent = sign_may_follow = true;
+    } else if (!may_be_sign || (character != '+' && character != '-')) {
       return false;
     }
   }
-  return mantissa_digits && (!has_exponent || exponent_digits);
+  return has_digits[0] && (has_digits[1] || !in_exponent);
 }
 
 template <class Type>

@@ -58,14 +58,6 @@ void settle_type(Decimal& value) {
   if (value.scale > numeric::kMaxScale || value.scale < 0) value.scale = 0;
 }
 
-// A text that stands already, as delivery takes it.
-struct WrittenText {
-  std::string_view text;
-
-  [[nodiscard]] int32_t length() const { return static_cast<int32_t>(text.size()); }
-  void write(char* out) const { text.copy(out, text.size()); }
-};
-
 // Reads a text under a destination's type; the value is zero unless the code is CS_SUCCEED, and
 // always one that its precision holds.
 int32_t read_text(Text text, const com_charattr* attributes, bool ends_at_zero, NumericType wanted,
@@ -102,13 +94,6 @@ int32_t check_type(NumericType wanted, bool source_may_decide) {
   }
   const bool scale_is_legal = wanted.scale >= 0 && wanted.scale <= numeric::kMaxScale;
   return scale_is_legal || decided(wanted.scale) ? CS_SUCCEED : CS_CONV_BADSCALE;
-}
-
-NumericSource load_source(const Call& call) {
-  const auto& record =
-      *static_cast<const comn_numeric*>(call.source);  // bytes only: any address will do
-  if (!numeric::is_numeric(record)) return {{}, false};
-  return {numeric::load_numeric(record), true};
 }
 
 NumericSource load_source(const BareCall& call) {
@@ -189,9 +174,14 @@ int32_t num_to_char(const Call& call) {
   const auto [value, is_legal] = load_source(call);
   if (!is_legal) return CS_CONV_DOMAIN;
   const numeric::DecimalText text(value);
-  const auto length = static_cast<int32_t>(text.view().size());
+  const int32_t length = text.length();
   *call.output_length = std::min(length, capacity);
-  std::memcpy(call.destination, text.view().data(), static_cast<size_t>(*call.output_length));
+  auto* const out = static_cast<char*>(call.destination);
+  if (length <= capacity) [[likely]] {
+    text.write(out);
+  } else {
+    text.write_first(capacity, out);
+  }
   return complete_text(*call.destination_format, length, call.destination, *call.output_length);
 }
 
@@ -199,8 +189,7 @@ int32_t num_to_varchar(const Call& call) {
   call.require_codes(kNumFamily, kVarchar);
   const auto [value, is_legal] = load_source(call);
   if (!is_legal) return CS_CONV_DOMAIN;
-  const numeric::DecimalText text(value);
-  return deliver_varchar(call, WrittenText{text.view()});
+  return deliver_varchar(call, numeric::DecimalText(value));
 }
 
 namespace {
@@ -211,27 +200,24 @@ int32_t deliver_bare(const BareCall& call, bool completes) {
   call.require_data();
   const auto [value, is_legal] = load_source(call);
   if (!is_legal) return CS_CONV_DOMAIN;
-  const numeric::DecimalText decimal(value);
-  const std::string_view text = decimal.view();
-  const auto length = static_cast<int32_t>(text.size());
+  const numeric::DecimalText text(value);
+  const int32_t length = text.length();
 
   comnb_value& destination = *call.destination;
   auto* out = static_cast<char*>(destination.data);
   const uint32_t flags = completes ? call.context->flags : 0;
   if (text_fits(length, destination.maxlength, flags)) {
-    text.copy(out, text.size());
+    text.write(out);
     destination.length = length;
     return completes ? complete_bare_text(*call.context, length, destination) : CS_SUCCEED;
   }
   const bool terminates = (flags & COMNB_TERMINATE) != 0;
   const int32_t room = std::max(destination.maxlength, 0);
   const int32_t delivered = std::max(room - (terminates ? 1 : 0), 0);
-  text.copy(out, static_cast<size_t>(delivered));
+  text.write_first(delivered, out);
   if (terminates && room > 0) out[delivered] = '\0';
   destination.length = room;
-  const size_t point = text.find('.');
-  const bool keeps_point =
-      point != std::string_view::npos && point < static_cast<size_t>(delivered);
+  const bool keeps_point = value.scale > 0 && text.point() < delivered;
   return keeps_point ? CS_CONV_TRUNCATED : CS_CONV_OVERFLOW;
 }
 

@@ -48,7 +48,12 @@ struct NumericSource {
   numeric::Decimal value;
   bool is_legal;
 };
-[[nodiscard]] NumericSource load_source(const Call& call);
+[[nodiscard]] inline NumericSource load_source(const Call& call) {
+  const auto& record =
+      *static_cast<const comn_numeric*>(call.source);  // bytes only: any address will do
+  if (!numeric::is_numeric(record)) return {{}, false};
+  return {numeric::load_numeric(record), true};
+}
 [[nodiscard]] NumericSource load_source(const BareCall& call);
 
 // Stores a value, whose precision and scale are the destination's, and returns `code`; zero digits

@@ -401,72 +401,46 @@ DecimalStatus parse_decimal(std::string_view text, const DecimalTextRules& rules
 
 namespace {
 
-constexpr uint64_t kTenTo8 = 100'000'000;
-
-// Writes digits from the last one on to both sides of the point, which is left room for. Digits are
-// counted from the end of the text; those from `scale` on stand in front of the point.
-class PointedWriter {
-public:
-  PointedWriter(char* end, int32_t scale) : end_(end), scale_(scale) {}
-
-  // Writes the nineteen digits of a value below 10^19 from the given one on, and zeros before them
-  // up to three whole words.
-  void write_nineteen(int32_t from, uint64_t value) const {
-    const uint64_t upper = value / kTenTo8;
-    write_eight(from, value % kTenTo8);
-    write_eight(from + 8, upper % kTenTo8);
-    write_eight(from + 16, upper / kTenTo8);
-  }
-
-  void write_one(int32_t index, char digit) const {
-    end_[-1 - index - (index >= scale_ ? 1 : 0)] = digit;
-  }
-
-private:
-  void write_eight(int32_t from, uint64_t value) const {
-    const uint64_t word = eight_digits_of(static_cast<uint32_t>(value)) | kZeroCharacters;
-    char* const at = end_ - from - 8;
-    const int32_t behind = scale_ - from;
-    if (behind <= 0) return store_eight(at - 1, word);
-    store_eight(at, word);
-    if (behind >= 8) return;
-    // The point is among them: those in front of it move up.
-    const uint64_t in_front = (uint64_t{1} << (64 - 8 * behind)) - 1;
-    store_eight(at - 1, (word & in_front) | (word & ~in_front) << 8);
-  }
-
-  char* end_;
-  int32_t scale_;
-};
+// Writes the nineteen digits of a value below 10^19 in front of `end`, and a zero before them.
+void write_nineteen(char* end, uint64_t value) {
+  constexpr uint64_t ten_to_8 = 100'000'000;
+  const auto write_eight = [](char* at, uint64_t eight) {
+    store_eight(at, eight_digits_of(static_cast<uint32_t>(eight)) | kZeroCharacters);
+  };
+  const uint64_t upper = value / ten_to_8;
+  write_eight(end - 8, value % ten_to_8);
+  write_eight(end - 16, upper % ten_to_8);
+  store_four(end - 20, three_digits_of(static_cast<uint32_t>(upper / ten_to_8)) | 0x30303030);
+}
 
 }  // namespace
 
-DecimalText::DecimalText(const Decimal& value) {
-  char* const end = buffer_ + sizeof buffer_;
-  const int32_t scale = value.scale;
-  const PointedWriter writer(end, scale);
+DecimalText::DecimalText(const Decimal& value) : scale_(value.scale) {
+  char* end = buffer_ + sizeof buffer_;
   // Copied by words: copying it as a whole would wait until its words are stored.
   Uint256 rest = make_uint256(upper_half(value.magnitude), lower_half(value.magnitude));
-  int32_t digits = 0;
-  for (; (rest.limb[1] | rest.limb[2] | rest.limb[3]) != 0; digits += 19)
-    writer.write_nineteen(digits, divide(rest, kTenDivisors[19]));
+  digits_ = 0;
+  for (; (rest.limb[1] | rest.limb[2] | rest.limb[3]) != 0; digits_ += 19, end -= 19)
+    write_nineteen(end, divide(rest, kTenDivisors[19]));
   const uint64_t top = rest.limb[0];
   const bool twenty = top >= kPowersOfTen[19];
-  writer.write_nineteen(digits, twenty ? top - kPowersOfTen[19] : top);
-  writer.write_one(digits + 19, twenty ? '1' : '0');
-  digits += top == 0 ? 0 : decimal_length(top);
+  write_nineteen(end, twenty ? top - kPowersOfTen[19] : top);
+  if (twenty) end[-20] = '1';
+  digits_ += top == 0 ? 0 : decimal_length(top);
+  negative_ = value.negative && digits_ != 0;
 
-  char* const point = end - scale - 1;
   // A digit stands in front of the point.
-  if (digits <= scale) {
-    std::memset(point - 1, '0', static_cast<size_t>(scale + 2 - digits));
-    digits = scale + 1;
+  if (digits_ <= scale_) {
+    end = buffer_ + sizeof buffer_ - digits_;
+    std::memset(end - (scale_ + 1 - digits_), '0', static_cast<size_t>(scale_ + 1 - digits_));
+    digits_ = scale_ + 1;
   }
-  *point = '.';
-  end_ = scale == 0 ? point : end;
-  char* const start = end - digits - 1;
-  start[-1] = '-';
-  start_ = start - (value.negative && !value.is_zero() ? 1 : 0);
+}
+
+void DecimalText::write_first(int32_t characters, char* out) const {
+  char text[kMaxDecimalText];
+  write(text);
+  std::memcpy(out, text, static_cast<size_t>(characters));
 }
 
 }  // namespace tvx::numeric

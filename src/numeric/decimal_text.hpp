@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 #include <string_view>
 
 #include "numeric/decimal.hpp"
@@ -50,17 +51,34 @@ class DecimalText {
 public:
   explicit DecimalText(const Decimal& value);
 
-  [[nodiscard]] std::string_view view() const {
-    return {start_, static_cast<size_t>(end_ - start_)};
+  [[nodiscard]] int32_t length() const {
+    return (negative_ ? 1 : 0) + digits_ + (scale_ > 0 ? 1 : 0);
   }
+
+  // Where the point stands, which the text must have.
+  [[nodiscard]] int32_t point() const { return length() - scale_ - 1; }
+
+  // Writes length() characters, or the first ones of them.
+  void write(char* out) const {
+    const char* const digits = buffer_ + sizeof buffer_ - digits_;
+    const auto whole = static_cast<size_t>(digits_ - scale_);
+    *out = '-';
+    out += negative_ ? 1 : 0;
+    std::memcpy(out, digits, whole);
+    if (scale_ == 0) return;
+    out[whole] = '.';
+    std::memcpy(out + whole + 1, digits + whole, static_cast<size_t>(scale_));
+  }
+  void write_first(int32_t characters, char* out) const;
 
   DecimalText(const DecimalText&) = delete;
   DecimalText& operator=(const DecimalText&) = delete;
 
 private:
-  char buffer_[kMaxDecimalText + 48];  // right-aligned; five pieces of 19 digits, and five zeros
-  const char* start_;
-  const char* end_;  // in front of the point when nothing follows it
+  char buffer_[kMaxDecimalText + 40];  // digits up to the end: five pieces of nineteen and zeros
+  int32_t digits_;                     // more than the scale
+  int32_t scale_;
+  bool negative_;
 };
 
 }  // namespace tvx::numeric

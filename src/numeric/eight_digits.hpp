@@ -20,6 +20,10 @@ inline void store_eight(char* text, uint64_t word) {
   std::memcpy(text, &word, sizeof word);
 }
 
+inline void store_four(char* text, uint32_t word) {
+  std::memcpy(text, &word, sizeof word);
+}
+
 // Marks the bytes that are not '0' .. '9' by their upper bits, exactly so up to the first of them.
 // Adding 0x46 lifts bytes above '9' over 0x7F, subtracting '0' drops those below '0' under 0; a
 // carry or borrow into a neighbour comes from a byte that is caught itself.
@@ -63,8 +67,15 @@ constexpr uint32_t two_digits_of(uint32_t value) {
   return (value << 8) - tens * ((10 << 8) - 1);
 }
 
+// A zero and the three digits of a number below 1000; 41 / 2^12 = 1 / 99.9.
+constexpr uint32_t three_digits_of(uint32_t value) {
+  const uint32_t hundreds = (value * 41) >> 12;
+  return (hundreds << 8) | (two_digits_of(value - 100 * hundreds) << 16);
+}
+
 static_assert(are_eight_digits(0x3938373635343330) && !are_eight_digits(0x393837363534333A));
 static_assert(value_of_eight_digits(0x3837363534333231) == 12'345'678);
 static_assert(eight_digits_of(12'345'678) == 0x0807060504030201);
+static_assert(three_digits_of(987) == 0x07080900 && three_digits_of(99) == 0x09090000);
 
 }  // namespace tvx::numeric
