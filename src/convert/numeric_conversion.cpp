@@ -58,27 +58,41 @@ void settle_type(Decimal& value) {
   if (value.scale > numeric::kMaxScale || value.scale < 0) value.scale = 0;
 }
 
-// Reads a text under a destination's type; the value is zero unless the code is CS_SUCCEED, and
-// always one that its precision holds.
-int32_t read_text(Text text, const com_charattr* attributes, bool ends_at_zero, NumericType wanted,
-                  bool rounding, Decimal& value) {
-  char buffer[kTextCapacity];
+// How a text is read: where it ends, and under which type.
+struct TextReading {
+  bool ends_at_zero;
+  NumericType wanted;
+  bool rounding;
+};
+
+// Reads single-byte text; the value is zero unless the code is CS_SUCCEED, and always one that its
+// precision holds.
+inline int32_t read_single_bytes(Text text, const TextReading& how, Decimal& value) {
   std::string_view number(text.data,
                           static_cast<size_t>(std::clamp(text.length, 0, kTextCapacity)));
-  if (charset::is_multibyte(attributes)) [[unlikely]] {
-    const int32_t mapped =
-        charset::map_to_ascii(text.data, text.length, buffer, kTextCapacity, attributes);
-    number = {buffer, static_cast<size_t>(mapped)};
-  }
-  if (ends_at_zero) number = number.substr(0, number.find('\0'));
-
-  const auto rules = numeric::text_rules(wanted.precision, wanted.scale, rounding);
+  if (how.ends_at_zero) number = number.substr(0, number.find('\0'));
+  const auto rules = numeric::text_rules(how.wanted.precision, how.wanted.scale, how.rounding);
   const DecimalStatus status = numeric::parse_decimal(number, rules, value);
   if (status == DecimalStatus::kDone) [[likely]]
     return CS_SUCCEED;
-  value = {{}, wanted.precision, wanted.scale, false};
+  value = {{}, how.wanted.precision, how.wanted.scale, false};
   settle_type(value);
   return code_of_parse(status);
+}
+
+[[gnu::noinline]] int32_t read_multibyte(Text text, const com_charattr& attributes,
+                                         const TextReading& how, Decimal& value) {
+  char buffer[kTextCapacity];
+  const int32_t mapped =
+      charset::map_to_ascii(text.data, text.length, buffer, kTextCapacity, &attributes);
+  return read_single_bytes({buffer, mapped}, how, value);
+}
+
+inline int32_t read_text(Text text, const com_charattr* attributes, const TextReading& how,
+                         Decimal& value) {
+  if (charset::is_multibyte(attributes)) [[unlikely]]
+    return read_multibyte(text, *attributes, how, value);
+  return read_single_bytes(text, how, value);
 }
 
 }  // namespace
@@ -240,8 +254,10 @@ int32_t text_to_num(const Call& call, Text text) {
   Decimal value;
   const int32_t code =
       read_text(text, locale::character_attributes(*call.context, *call.source_format),
-                (call.source_format->format & CS_FORMAT_TERMINATE) != 0,
-                {asked_of_text(format.precision), asked_of_text(format.scale)}, false, value);
+                {(call.source_format->format & CS_FORMAT_TERMINATE) != 0,
+                 {asked_of_text(format.precision), asked_of_text(format.scale)},
+                 false},
+                value);
   numeric::put_numeric(value, *static_cast<comn_numeric*>(call.destination));
   *call.output_length = code == CS_CONV_SYNTAX ? 0 : numeric::record_length(value.precision);
   return code;
@@ -260,7 +276,7 @@ int32_t bare_text_to_num(const BareCall& call) {
   Decimal value;
   int32_t code = read_text(
       {static_cast<const char*>(call.source->data), call.source->length}, call.context->attributes,
-      false, {asked_of_text(wanted.precision), asked_of_text(wanted.scale)}, rounding, value);
+      {false, {asked_of_text(wanted.precision), asked_of_text(wanted.scale)}, rounding}, value);
   if (code == CS_CONV_TRUNCATED && rounding) code = CS_SUCCEED;
   const int32_t result = store_result(call, value, code);
   if (result == CS_CONV_SYNTAX) call.destination->length = 0;
