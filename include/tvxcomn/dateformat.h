@@ -81,7 +81,8 @@ TVXCOMN_API int32_t com_cvtdate4tochar(const comn_datetime4* value, char* buffer
 
 /* Write a datetime in the form of code 9, respectively of the code given, fill the buffer with
  * blanks and return the length of the text. Null months are the short English ones. A null value or
- * a length of 0 for it returns 0 and writes nothing; a text that is cut or refused returns -1. */
+ * a length of 0 for it returns 0 and writes nothing, a negative one is a fatal usage error; a text
+ * that is cut or refused returns -1. */
 TVXCOMN_API int32_t com_date2char(const comn_datetime* value, int32_t length, char* buffer,
                                   int32_t buffer_length, const char* const* months);
 TVXCOMN_API int32_t com_date2char_ex(const comn_datetime* value, int32_t length, char* buffer,

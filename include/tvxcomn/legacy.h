@@ -21,8 +21,8 @@
  * one -3  the text is no literal of the type -5  a null value longer than the destination; it is
  * cut -6  the source is no legal value of its type -7, -8  the precision, the scale of a numeric is
  * out of range Result codes of the data-format layer that have no such number come through as they
- * are (CS_CONV_TRUNCATED from num to and from binary data, and from text and numerics to num). A
- * negative source length is a fatal usage error; the source length of a fixed type, a varychar or
+ * are (CS_CONV_TRUNCATED from num to and from raw binary data, and from text and numerics to num).
+ * A negative source length is a fatal usage error; the source length of a fixed type, a varychar or
  * a varybin only says whether there is a value. */
 #ifndef TVXCOMN_LEGACY_H
 #define TVXCOMN_LEGACY_H
@@ -78,8 +78,8 @@ TVXCOMN_API com_mb_conversion com_mb_varychartoi1, com_mb_varychartoi2, com_mb_v
 
 /* As strtod reads them, at any length; on overflow the largest finite value is stored, below the
  * range zero. The com_mb_ forms take decimal numbers only: blanks and tabs, a sign, digits with at
- * most one point, an exponent with digits, blanks and tabs. They return CS_MEM_ERROR, which is also
- * -1, when memory for a long multibyte text runs out. */
+ * most one point, an exponent with digits; white space of any kind may follow. They return
+ * CS_MEM_ERROR, which is also -1, when memory for a long multibyte text runs out. */
 TVXCOMN_API com_conversion com_chartoflt4, com_chartoflt8, com_varychartoflt4, com_varychartoflt8;
 TVXCOMN_API com_mb_conversion com_mb_chartoflt4, com_mb_chartoflt8, com_mb_varychartoflt4,
     com_mb_varychartoflt8;

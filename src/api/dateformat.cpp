@@ -75,6 +75,7 @@ extern "C" {
 int32_t com_date2char_ex(const comn_datetime* value, int32_t length, char* buffer,
                          int32_t buffer_length, int32_t code, const char* const* months) {
   if (value == nullptr || length == 0) return 0;
+  rt::require(length > 0);
   const char* const* const names = months != nullptr ? months : dt::kShortMonths;
   const int32_t written = format(ValueType::kDatetime, value, buffer, buffer_length, code, names);
   if (written <= 0) return -1;

@@ -80,6 +80,13 @@ struct from_record {
   }
 };
 
+// The same record, handed on whole to a routine that takes one.
+struct from_whole_record {
+  static Text read(const LegacyCall& call) {
+    return {static_cast<const char*>(call.source), base::load<uint16_t>(call.source)};
+  }
+};
+
 // ---- Kinds of destination ----------------------------------------------------------------------
 
 inline constexpr int32_t kUnbounded = std::numeric_limits<int32_t>::max();

@@ -2,7 +2,6 @@
 #include "convert/legacy_numbers.hpp"
 
 #include <memory>
-#include <string_view>
 #include <utility>
 
 #include "charset/ascii_mapping.hpp"
@@ -20,10 +19,12 @@ struct Release {
 }  // namespace
 
 Text trimmed(Text text) {
-  constexpr std::string_view white_space = " \t\n\v\f\r";
-  while (text.length > 0 && white_space.find(text.data[text.length - 1]) != white_space.npos) {
-    --text.length;
-  }
+  const auto is_white_space = [](const char* character) {
+    const auto* byte = reinterpret_cast<const uint8_t*>(character);
+    return (*byte >= '\t' && *byte <= '\r') ||
+           charset::is_space(charset::builtin_record(), byte, byte + 1);
+  };
+  while (text.length > 0 && is_white_space(text.data + text.length - 1)) --text.length;
   return text;
 }
 

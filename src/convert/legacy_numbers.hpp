@@ -62,8 +62,8 @@ int32_t text_to_integer(const LegacyCall& call, const com_charattr* attributes) 
 // for: blanks, a sign, digits with at most one point, an exponent, blanks.
 [[nodiscard]] bool is_decimal_number(Text text, const com_charattr& attributes);
 
-// The text without white space at its end, which here is more than the space class: tabs and line
-// ends too.
+// The text without white space at its end, which here is more than the built-in space class: tabs
+// and line ends too.
 [[nodiscard]] Text trimmed(Text text);
 
 // A text of the multibyte set of a record, read as a float; CS_MEM_ERROR when a long one cannot be
@@ -92,12 +92,13 @@ int32_t text_to_float(const LegacyCall& call) {
 template <class Source, class Destination>
 int32_t examined_text_to_float(const LegacyCall& call, const com_charattr* attributes) {
   if (call.is_empty()) return kNothing;
-  const Text text = Source::read(call);
-  if (text.length == 0) return kNothing;
+  const Text whole = Source::read(call);
+  if (whole.length == 0) return kNothing;
+  const Text text = trimmed(whole);
   const com_charattr& record = charset::record_or_builtin(attributes);
   if (!is_decimal_number(text, record)) return kSyntax;
   if (!charset::is_multibyte(attributes)) {
-    return deliver_reading(call, read_float_bytes<Destination>(trimmed(text)));
+    return deliver_reading(call, read_float_bytes<Destination>(text));
   }
   return deliver_reading(call, read_multibyte_float<Destination>(text, record));
 }
