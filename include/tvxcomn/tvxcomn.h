@@ -12,6 +12,7 @@
 #include "tvxcomn/dates.h"
 #include "tvxcomn/diagnosis.h"
 #include "tvxcomn/dispatch.h"
+#include "tvxcomn/legacy.h"
 #include "tvxcomn/lists.h"
 #include "tvxcomn/money.h"
 #include "tvxcomn/null.h"

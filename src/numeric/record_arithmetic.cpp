@@ -23,8 +23,8 @@ uint64_t sign_of(const comn_numeric& record) {
   return record.sign != 0;
 }
 
-bool are_clearly_in_precision(const comn_numeric& a, const comn_numeric& b) {
-  return is_clearly_in_precision(a) && is_clearly_in_precision(b);
+bool are_of_one_type(const comn_numeric& a, const comn_numeric& b) {
+  return base::load<uint16_t>(&a) == base::load<uint16_t>(&b);
 }
 
 // Stores a value that fits the type.
@@ -74,42 +74,71 @@ Uint256 power_of_ten(int32_t exponent) {
                       [&](Decimal& result) { return add_or_subtract(a, b, false, result); });
 }
 
+// Whether two records are known to have one precision and scale, as those of one column have.
+enum class Types { kOne, kAny };
+
 // Adds in a form that holds the magnitudes at the scale of b, the larger one, and their sum.
-template <class Magnitude>
+template <class Magnitude, Types types>
 [[gnu::noinline]] DecimalStatus add_as(const comn_numeric& a, const comn_numeric& b,
                                        uint64_t a_sign, uint64_t b_sign, DecimalType type,
                                        comn_numeric& out) {
-  if (!are_clearly_in_precision(a, b)) [[unlikely]]
+  const int32_t a_precision = a.precision;
+  const int32_t b_precision = types == Types::kOne ? a_precision : b.precision;
+  if (!is_clearly_in_precision(a, a_precision) || !is_clearly_in_precision(b, b_precision))
+      [[unlikely]]
     return add_any(a, b, a_sign, b_sign, out);
-  auto sum = load_magnitude<Magnitude>(a);
-  if (a.scale != b.scale) sum = multiply_low(sum, power_of_ten<Magnitude>(b.scale - a.scale));
-  const uint64_t turned = add_signed(sum, load_magnitude<Magnitude>(b), a_sign ^ b_sign);
+  auto sum = load_magnitude<Magnitude>(a, a_precision);
+  if (types == Types::kAny && a.scale != b.scale)
+    sum = multiply_low(sum, power_of_ten<Magnitude>(b.scale - a.scale));
+  const uint64_t turned =
+      add_signed(sum, load_magnitude<Magnitude>(b, b_precision), a_sign ^ b_sign);
   store_record(type, a_sign ^ turned, sum, out);
   return DecimalStatus::kDone;
 }
 
-DecimalStatus add_with_signs(const comn_numeric& a, const comn_numeric& b, uint64_t a_sign,
-                             uint64_t b_sign, comn_numeric& out) {
-  if (a.scale > b.scale) return add_with_signs(b, a, b_sign, a_sign, out);
-  const int32_t scale = b.scale;
-  const int32_t precision = std::max(a.precision - a.scale, b.precision - scale) + scale;
+// The precision is that of the operands at one scale.
+template <Types types>
+inline DecimalStatus add_in_precision(const comn_numeric& a, const comn_numeric& b, uint64_t a_sign,
+                                      uint64_t b_sign, int32_t precision, int32_t scale,
+                                      comn_numeric& out) {
   // As a < 10^a.precision, a * 10^(scale - a.scale) < 10^precision; so is b. Their sum has a digit
   // more at the most. It is below 2 * 10^38 < 2^128 or 2 * 10^76 < 2^255.
   const DecimalType type{precision + 1, scale};
-  if (precision <= kDigitsOfTwoWords) return add_as<TwoWords>(a, b, a_sign, b_sign, type, out);
+  if (precision <= kDigitsOfTwoWords)
+    return add_as<TwoWords, types>(a, b, a_sign, b_sign, type, out);
   if (precision < kMaxPrecision) [[likely]]
-    return add_as<Uint256>(a, b, a_sign, b_sign, type, out);
+    return add_as<Uint256, types>(a, b, a_sign, b_sign, type, out);
   return add_any(a, b, a_sign, b_sign, out);
+}
+
+// The one with the smaller scale comes first.
+DecimalStatus add_any_types(const comn_numeric& a, const comn_numeric& b, uint64_t a_sign,
+                            uint64_t b_sign, comn_numeric& out) {
+  const bool swap = a.scale > b.scale;
+  const comn_numeric& first = swap ? b : a;
+  const comn_numeric& second = swap ? a : b;
+  const int32_t scale = second.scale;
+  const int32_t precision =
+      std::max(first.precision - first.scale, second.precision - scale) + scale;
+  return add_in_precision<Types::kAny>(first, second, swap ? b_sign : a_sign,
+                                       swap ? a_sign : b_sign, precision, scale, out);
+}
+
+inline DecimalStatus add_records(const comn_numeric& a, const comn_numeric& b, uint64_t a_sign,
+                                 uint64_t b_sign, comn_numeric& out) {
+  if (are_of_one_type(a, b))
+    return add_in_precision<Types::kOne>(a, b, a_sign, b_sign, a.precision, a.scale, out);
+  return add_any_types(a, b, a_sign, b_sign, out);
 }
 
 }  // namespace
 
 DecimalStatus add(const comn_numeric& a, const comn_numeric& b, comn_numeric& out) {
-  return add_with_signs(a, b, sign_of(a), sign_of(b), out);
+  return add_records(a, b, sign_of(a), sign_of(b), out);
 }
 
 DecimalStatus subtract(const comn_numeric& a, const comn_numeric& b, comn_numeric& out) {
-  return add_with_signs(a, b, sign_of(a), sign_of(b) ^ 1, out);
+  return add_records(a, b, sign_of(a), sign_of(b) ^ 1, out);
 }
 
 // ---- Products ----------------------------------------------------------------------------------
@@ -128,10 +157,11 @@ namespace {
 template <class Magnitude>
 [[gnu::noinline]] DecimalStatus multiply_as(const comn_numeric& a, const comn_numeric& b,
                                             DecimalType type, comn_numeric& out) {
-  if (!are_clearly_in_precision(a, b)) [[unlikely]]
+  if (!is_clearly_in_precision(a, a.precision) || !is_clearly_in_precision(b, b.precision))
+      [[unlikely]]
     return multiply_any(a, b, out);
-  const Uint256 product =
-      multiply_low(load_magnitude<Magnitude>(a), whole(load_magnitude<TwoWords>(b)));
+  const Uint256 product = multiply_low(load_magnitude<Magnitude>(a, a.precision),
+                                       whole(load_magnitude<TwoWords>(b, b.precision)));
   store_record(type, sign_of(a) ^ sign_of(b), product, out);
   return DecimalStatus::kDone;
 }
@@ -165,14 +195,15 @@ DecimalStatus divide(const comn_numeric& a, const comn_numeric& b, comn_numeric&
   const DecimalType type = quotient_type(a, b);
   const int32_t shift = type.scale - a.scale + b.scale;
   const bool fits = (shift >= 0) & (a.precision + shift <= type.precision);
-  if (!fits || !is_clearly_in_precision(a)) [[unlikely]]
+  if (!fits || !is_clearly_in_precision(a, a.precision)) [[unlikely]]
     return divide_any(a, b, out);
-  const auto divisor = load_magnitude<Uint256>(b);
+  const auto divisor = load_magnitude<Uint256>(b, b.precision);
   if (divisor.is_zero()) [[unlikely]]
     return divide_any(a, b, out);
   // The dividend is below 10^(a.precision + shift), which the type has room for, and so is the
   // quotient.
-  const Uint256 dividend = multiply_low(load_magnitude<Uint256>(a), power_of_ten<Uint256>(shift));
+  const Uint256 dividend =
+      multiply_low(load_magnitude<Uint256>(a, a.precision), power_of_ten<Uint256>(shift));
   Uint256 quotient;
   Uint256 remainder;
   divide(dividend, divisor, quotient, remainder);
@@ -219,7 +250,7 @@ bool compare_leading_bits(const comn_numeric& a, const comn_numeric& b, int32_t&
 
 // Compares the magnitudes of records with the same header, whose scales need no thought.
 bool compare_same_type(const comn_numeric& a, const comn_numeric& b, int32_t& order) {
-  if (base::load<uint16_t>(&a) != base::load<uint16_t>(&b)) return false;
+  if (!are_of_one_type(a, b)) return false;
   const uint64_t x = leading_bytes(a);
   const uint64_t y = leading_bytes(b);
   const uint64_t a_sign = sign_of(a);

@@ -61,8 +61,8 @@ inline uint64_t leading_word(const comn_numeric& record) {
 
 // True when the magnitude is less than 10^precision; false also in a few cases just below that.
 // Bytes behind a shorter magnitude do not matter, for the limit has zeros there.
-inline bool is_clearly_in_precision(const comn_numeric& record) {
-  return leading_word(record) < layout_of(record.precision).limit;
+inline bool is_clearly_in_precision(const comn_numeric& record, int32_t precision) {
+  return leading_word(record) < layout_of(precision).limit;
 }
 
 // The words of a magnitude in a record of a precision.
@@ -88,25 +88,24 @@ private:
   int missing_bits_;
 };
 
-// Loads a magnitude. Of two words when the precision is 38 at most.
+// Loads the magnitude of a record of a precision. Of two words when the precision is 38 at most.
 template <class Magnitude>
-Magnitude load_magnitude(const comn_numeric& record);
+Magnitude load_magnitude(const comn_numeric& record, int32_t precision);
 
 template <>
-inline TwoWords load_magnitude(const comn_numeric& record) {
-  const MagnitudeWords words(record.magnitude, record.precision);
-  if (record.precision > kDigitsOfWord) return {{words.load(0), words.load_upper()}};
+inline TwoWords load_magnitude(const comn_numeric& record, int32_t precision) {
+  const MagnitudeWords words(record.magnitude, precision);
+  if (precision > kDigitsOfWord) return {{words.load(0), words.load_upper()}};
   return {{words.load_upper(), 0}};
 }
 
 template <>
-inline Uint256 load_magnitude(const comn_numeric& record) {
-  const MagnitudeWords words(record.magnitude, record.precision);
-  if (record.precision > 3 * kDigitsOfWord)
+inline Uint256 load_magnitude(const comn_numeric& record, int32_t precision) {
+  const MagnitudeWords words(record.magnitude, precision);
+  if (precision > 3 * kDigitsOfWord)
     return {{words.load(0), words.load(1), words.load(2), words.load_upper()}};
-  if (record.precision > 2 * kDigitsOfWord)
-    return {{words.load(0), words.load(1), words.load_upper(), 0}};
-  if (record.precision > kDigitsOfWord) return {{words.load(0), words.load_upper(), 0, 0}};
+  if (precision > 2 * kDigitsOfWord) return {{words.load(0), words.load(1), words.load_upper(), 0}};
+  if (precision > kDigitsOfWord) return {{words.load(0), words.load_upper(), 0, 0}};
   return make_uint256(words.load_upper());
 }
 

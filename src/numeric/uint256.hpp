@@ -142,9 +142,11 @@ inline void add_with_carry(TwoWords& a, const TwoWords& b, uint64_t carry) {
 }
 
 // a += b, modulo the size of the numbers, for a `subtracts` of 0. For 1 a becomes the magnitude of
-// a - b, numbers whose upper bit is zero; returns 1 when the difference is below zero, else 0.
+// a - b, numbers whose upper bit is zero; returns 1 when the difference is below zero, else 0. Out
+// of line it would take its numbers from memory.
 template <class Magnitude>
-uint64_t add_signed(Magnitude& a, const Magnitude& b, uint64_t subtracts) {
+[[gnu::always_inline]] inline uint64_t add_signed(Magnitude& a, const Magnitude& b,
+                                                  uint64_t subtracts) {
   const auto complement = [](const Magnitude& value, uint64_t bit) {
     Magnitude result;  // made word by word: a copy of the whole would wait for its words' stores
     for (size_t i = 0; i < std::size(result.limb); ++i) result.limb[i] = value.limb[i] ^ (0 - bit);

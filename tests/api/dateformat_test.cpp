@@ -3,6 +3,7 @@
 // formatter.
 #include "tvxcomn/dateformat.h"
 
+#include <csignal>
 #include <ctime>
 
 #include "support/conversion.hpp"
@@ -132,6 +133,8 @@ TEST(DateFormat, OlderEntryPoints) {
 
   char out[8];
   const comn_datetime4 small{37'621, 845};
+  EXPECT_EXIT(com_date2char(&kDatetime, -1, out, 8, nullptr), testing::KilledBySignal(SIGABRT),
+              "assertion failed");
   EXPECT_EQ(com_cvtdatetochar(&kDatetime, out, 8, 8, nullptr), 8);
   EXPECT_EQ(std::string(out, 8), "14:05:09");
   EXPECT_EQ(com_cvtdate4tochar(&small, out, 8, 8, nullptr), 8);

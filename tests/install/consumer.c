@@ -52,6 +52,24 @@ SIZE(comn_varchar, 258);
 AT(comn_varchar, data, 2);
 SIZE(comn_varbin, 258);
 
+SIZE(comn_dateparts, 48);
+AT(comn_dateparts, weekday, 16);
+AT(comn_dateparts, millisecond, 32);
+AT(comn_dateparts, fraction_units, 44);
+SIZE(comn_locator, 48);
+AT(comn_locator, datatype, 4);
+AT(comn_locator, length, 8);
+AT(comn_locator, data, 16);
+AT(comn_locator, chunks, 24);
+SIZE(comn_locator_chunk, 24);
+AT(comn_locator_chunk, text, 8);
+AT(comn_locator_chunk, length, 16);
+SIZE(com_appglobal, 48);
+AT(com_appglobal, references, 16);
+AT(com_appglobal, value, 24);
+AT(com_appglobal, mutex, 32);
+AT(com_appglobal, files, 40);
+
 SIZE(com_charattr, 80);
 AT(com_charattr, class_, 2);
 AT(com_charattr, id, 3);
@@ -87,6 +105,20 @@ static int32_t (*const trace)(int32_t, const char*, int32_t) = com_errtrace;
 static void* (*const allocate)(size_t) = comn_malloc;
 static char* (*const next_value)(intl_reader*, int32_t*) = intl_nextvalue;
 static int32_t (*const size_of)(int32_t, int32_t) = comn_typelen;
+static int32_t (*const fixed)(comn_context*, const comn_datafmt*, const void*, const comn_datafmt*,
+                              void*, int32_t*, int32_t) = comn_bintofixed;
+static int32_t (*const legacy)(const void*, int32_t, void*, int32_t) = com_chartoi4;
+static int32_t (*const read_date)(const char*, int32_t, int32_t, int32_t, const char* const*,
+                                  const char* const*, const com_charattr*, comn_datetime*,
+                                  int32_t*) = com__datefromchar_mb;
+static int32_t (*const write_date)(const comn_datetime*, char*, int32_t, int32_t,
+                                   const char* const*) = com__datetochar;
+static int32_t (*const count_units)(int32_t, const uint64_t*, const uint64_t*,
+                                    int64_t*) = com__bigdatediff;
+static int32_t (*const list_operation)(lm_list*, int32_t, void*, int32_t, void*,
+                                       void**) = lm_list_op;
+static int32_t (*const start)(comn_thread**, uint32_t (*)(void*), void*,
+                              uint32_t) = comn_create_thread_ex;
 
 int main(void) {
   comn_context* context;
@@ -104,7 +136,8 @@ int main(void) {
   printf("%.*s\n", (int)length, text);
   comn_context_close(context);
   return length == 2 && memcmp(text, "42", 2) == 0 && bare && parser && lookup && null_get &&
-                 classify && field && trace && allocate && next_value && size_of
+                 classify && field && trace && allocate && next_value && size_of && fixed &&
+                 legacy && read_date && write_date && count_units && list_operation && start
              ? 0
              : 3;
 }
