@@ -160,9 +160,10 @@ template <class Magnitude>
   if (!is_clearly_in_precision(a, a.precision) || !is_clearly_in_precision(b, b.precision))
       [[unlikely]]
     return multiply_any(a, b, out);
-  const Uint256 product = multiply_low(load_magnitude<Magnitude>(a, a.precision),
-                                       whole(load_magnitude<TwoWords>(b, b.precision)));
-  store_record(type, sign_of(a) ^ sign_of(b), product, out);
+  const uint64_t sign = sign_of(a) ^ sign_of(b);
+  const auto multiplicand = load_magnitude<Magnitude>(a, a.precision);
+  const auto multiplier = load_magnitude<TwoWords>(b, b.precision);
+  store_record(type, sign, multiply_low(multiplicand, whole(multiplier)), out);
   return DecimalStatus::kDone;
 }
 
