@@ -14,13 +14,13 @@ constexpr int32_t kIsoDate = 111;
 constexpr int32_t kClockWithMicroseconds = 37;
 
 const DateType kTypes[] = {
-    {TVX_TYPE_DATETIME, comnb_datetochar, 61, false, TVX_TYPE_DATETIME, kIsoWithMicroseconds},
-    {TVX_TYPE_DATE4, comnb_date4tochar, 58, false, TVX_TYPE_DATETIME, kIsoWithMicroseconds},
-    {TVX_TYPE_DATEA, comnb_dateatochar, 49, false, TVX_TYPE_DATETIME, kIsoDate},
-    {TVX_TYPE_TIMEA, comnb_timeatochar, 51, false, TVX_TYPE_DATETIME, kClockWithMicroseconds},
-    {TVX_TYPE_BIGDATETIME, comnb_bigdatetimetochar, 187, true, TVX_TYPE_BIGDATETIME,
-     kIsoWithMicroseconds},
-    {TVX_TYPE_BIGTIME, comnb_bigtimetochar, 188, true, TVX_TYPE_BIGTIME, kClockWithMicroseconds},
+    {comnb_datetochar, TVX_TYPE_DATETIME, TVX_TYPE_DATETIME, kIsoWithMicroseconds, 61, false},
+    {comnb_date4tochar, TVX_TYPE_DATE4, TVX_TYPE_DATETIME, kIsoWithMicroseconds, 58, false},
+    {comnb_dateatochar, TVX_TYPE_DATEA, TVX_TYPE_DATETIME, kIsoDate, 49, false},
+    {comnb_timeatochar, TVX_TYPE_TIMEA, TVX_TYPE_DATETIME, kClockWithMicroseconds, 51, false},
+    {comnb_bigdatetimetochar, TVX_TYPE_BIGDATETIME, TVX_TYPE_BIGDATETIME, kIsoWithMicroseconds, 187,
+     true},
+    {comnb_bigtimetochar, TVX_TYPE_BIGTIME, TVX_TYPE_BIGTIME, kClockWithMicroseconds, 188, true},
 };
 
 }  // namespace

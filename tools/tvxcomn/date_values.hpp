@@ -10,12 +10,12 @@
 namespace tvx::tool {
 
 struct DateType {
-  int32_t code;
   comnb_conversion* write;  // to text, in the form of the bare context
-  uint8_t token;            // of a bare value
-  bool is_big;              // counts microseconds
-  int32_t calculates_as;    // the type in which it is calculated with
-  int32_t usual_style;      // a form that shows all that the type holds
+  int32_t code;
+  int32_t calculates_as;  // the type in which it is calculated with
+  int32_t usual_style;    // a form that shows all that the type holds
+  uint8_t token;          // of a bare value
+  bool is_big;            // counts microseconds
 };
 
 // The type of a code, null for any other.
