@@ -146,7 +146,7 @@ inline bool are_numerics(const comn_numeric& a, const comn_numeric& b) {
   static_assert(kMaxPrecision == 77 && kMaxScale == 77);
   constexpr uint32_t tops = 0x8080'8080;
   constexpr uint32_t tops_of_precisions = 0x0080'0080;
-  const uint32_t headers = base::load<uint16_t>(&a) | uint32_t{base::load<uint16_t>(&b)} << 16;
+  const uint32_t headers = header_of(a) | header_of(b) << 16;
   const uint32_t above = (headers | (headers + 0x3232'3232)) & tops;
   const uint32_t given = ((headers & 0x007F'007F) + 0x007F'007F) & tops_of_precisions;
   return (above | (given ^ tops_of_precisions)) == 0;
@@ -166,15 +166,14 @@ inline Decimal load_numeric(const comn_numeric& record) {
 // Stores a value whose digits do not exceed its precision of 1 to 77, the sign of zero as 0;
 // nothing is written behind the bytes in use.
 template <class Magnitude>
-inline void put_numeric(const Magnitude& magnitude, bool negative, int32_t precision, int32_t scale,
+inline void put_numeric(const Magnitude& magnitude, bool negative, uint32_t header,
                         comn_numeric& record) {
-  record.precision = static_cast<uint8_t>(precision);
-  record.scale = static_cast<uint8_t>(scale);
+  base::store(&record, static_cast<uint16_t>(header));
   record.sign = negative & !magnitude.is_zero();
-  store_magnitude(magnitude, precision, record);
+  store_magnitude(magnitude, precision_of(header), record);
 }
 inline void put_numeric(const Decimal& value, comn_numeric& record) {
-  put_numeric(value.magnitude, value.negative, value.precision, value.scale, record);
+  put_numeric(value.magnitude, value.negative, make_header(value.precision, value.scale), record);
 }
 
 // Stores a value of a precision of 1 to 77. kOverflow when it has more digits: its zero is stored

@@ -10,28 +10,18 @@
 #include <algorithm>
 #include <bit>
 
-#include "base/bytes.hpp"
 #include "numeric/decimal_arithmetic.hpp"
 #include "numeric/record_layout.hpp"
 
 namespace tvx::numeric {
 namespace {
 
-constexpr int32_t kDigitsOfTwoWords = 2 * kDigitsOfWord;
-
 uint64_t sign_of(const comn_numeric& record) {
   return record.sign != 0;
 }
 
 bool are_of_one_type(const comn_numeric& a, const comn_numeric& b) {
-  return base::load<uint16_t>(&a) == base::load<uint16_t>(&b);
-}
-
-// Stores a value that fits the type.
-template <class Magnitude>
-inline void store_record(DecimalType type, uint64_t sign, const Magnitude& magnitude,
-                         comn_numeric& out) {
-  put_numeric(magnitude, sign != 0, type.precision, type.scale, out);
+  return header_of(a) == header_of(b);
 }
 
 // The general way: computes into a Decimal of a type and stores it.
@@ -45,16 +35,13 @@ DecimalStatus store_result(DecimalType type, comn_numeric& out, Compute compute)
   return status;
 }
 
-template <class Magnitude>
-Magnitude power_of_ten(int32_t exponent);
-template <>
-TwoWords power_of_ten(int32_t exponent) {
-  const auto& limb = kWidePowersOfTen[static_cast<size_t>(exponent)].limb;
-  return {{limb[0], limb[1]}};
+// value * 10^digits, which fits.
+TwoWords scaled_up(const TwoWords& value, int32_t digits) {
+  const auto& power = kWidePowersOfTen[static_cast<size_t>(digits)].limb;
+  return multiply_low(value, TwoWords{{power[0], power[1]}});
 }
-template <>
-Uint256 power_of_ten(int32_t exponent) {
-  return kWidePowersOfTen[static_cast<size_t>(exponent)];
+Uint256 scaled_up(const Uint256& value, int32_t digits) {
+  return multiply_low(value, kWidePowersOfTen[static_cast<size_t>(digits)]);
 }
 
 // ---- Sums --------------------------------------------------------------------------------------
@@ -77,37 +64,36 @@ Uint256 power_of_ten(int32_t exponent) {
 // Whether two records are known to have one precision and scale, as those of one column have.
 enum class Types { kOne, kAny };
 
-// Adds in a form that holds the magnitudes at the scale of b, the larger one, and their sum.
-template <class Magnitude, Types types>
+// Adds in words that hold the magnitudes at the scale of b, the larger one, and their sum, whose
+// header is given.
+template <size_t kWords, Types types>
 [[gnu::noinline]] DecimalStatus add_as(const comn_numeric& a, const comn_numeric& b,
-                                       uint64_t a_sign, uint64_t b_sign, DecimalType type,
+                                       uint64_t a_sign, uint64_t b_sign, uint32_t header,
                                        comn_numeric& out) {
   const int32_t a_precision = a.precision;
   const int32_t b_precision = types == Types::kOne ? a_precision : b.precision;
   if (!is_clearly_in_precision(a, a_precision) || !is_clearly_in_precision(b, b_precision))
       [[unlikely]]
     return add_any(a, b, a_sign, b_sign, out);
-  auto sum = load_magnitude<Magnitude>(a, a_precision);
-  if (types == Types::kAny && a.scale != b.scale)
-    sum = multiply_low(sum, power_of_ten<Magnitude>(b.scale - a.scale));
+  auto sum = load_magnitude<kWords>(a, a_precision);
+  if (types == Types::kAny && a.scale != b.scale) sum = scaled_up(sum, b.scale - a.scale);
   const uint64_t turned =
-      add_signed(sum, load_magnitude<Magnitude>(b, b_precision), a_sign ^ b_sign);
-  store_record(type, a_sign ^ turned, sum, out);
+      add_signed(sum, load_magnitude<kWords>(b, b_precision), a_sign ^ b_sign);
+  put_numeric(sum, (a_sign ^ turned) != 0, header, out);
   return DecimalStatus::kDone;
 }
 
-// The precision is that of the operands at one scale.
+// The header is that of the operands at one scale.
 template <Types types>
 inline DecimalStatus add_in_precision(const comn_numeric& a, const comn_numeric& b, uint64_t a_sign,
-                                      uint64_t b_sign, int32_t precision, int32_t scale,
-                                      comn_numeric& out) {
+                                      uint64_t b_sign, uint32_t header, comn_numeric& out) {
   // As a < 10^a.precision, a * 10^(scale - a.scale) < 10^precision; so is b. Their sum has a digit
   // more at the most. It is below 2 * 10^38 < 2^128 or 2 * 10^76 < 2^255.
-  const DecimalType type{precision + 1, scale};
-  if (precision <= kDigitsOfTwoWords)
-    return add_as<TwoWords, types>(a, b, a_sign, b_sign, type, out);
-  if (precision < kMaxPrecision) [[likely]]
-    return add_as<Uint256, types>(a, b, a_sign, b_sign, type, out);
+  const uint32_t type = header + make_header(1, 0);
+  if (precision_of(header) <= 2 * kDigitsOfWord)
+    return add_as<2, types>(a, b, a_sign, b_sign, type, out);
+  if (precision_of(header) < kMaxPrecision) [[likely]]
+    return add_as<4, types>(a, b, a_sign, b_sign, type, out);
   return add_any(a, b, a_sign, b_sign, out);
 }
 
@@ -121,13 +107,13 @@ DecimalStatus add_any_types(const comn_numeric& a, const comn_numeric& b, uint64
   const int32_t precision =
       std::max(first.precision - first.scale, second.precision - scale) + scale;
   return add_in_precision<Types::kAny>(first, second, swap ? b_sign : a_sign,
-                                       swap ? a_sign : b_sign, precision, scale, out);
+                                       swap ? a_sign : b_sign, make_header(precision, scale), out);
 }
 
 inline DecimalStatus add_records(const comn_numeric& a, const comn_numeric& b, uint64_t a_sign,
                                  uint64_t b_sign, comn_numeric& out) {
   if (are_of_one_type(a, b))
-    return add_in_precision<Types::kOne>(a, b, a_sign, b_sign, a.precision, a.scale, out);
+    return add_in_precision<Types::kOne>(a, b, a_sign, b_sign, header_of(a), out);
   return add_any_types(a, b, a_sign, b_sign, out);
 }
 
@@ -153,29 +139,44 @@ namespace {
                       [&](Decimal& result) { return multiply(a, b, result); });
 }
 
-// Multiplies a magnitude of a form by one of two words.
-template <class Magnitude>
-[[gnu::noinline]] DecimalStatus multiply_as(const comn_numeric& a, const comn_numeric& b,
-                                            DecimalType type, comn_numeric& out) {
+// Multiplies magnitudes of so many words. The product's header gives it a digit more than the
+// operands have together.
+template <size_t kWordsOfA, size_t kWordsOfB>
+[[gnu::noinline]] DecimalStatus multiply_words(const comn_numeric& a, const comn_numeric& b,
+                                               uint32_t header, comn_numeric& out) {
   if (!is_clearly_in_precision(a, a.precision) || !is_clearly_in_precision(b, b.precision))
       [[unlikely]]
     return multiply_any(a, b, out);
   const uint64_t sign = sign_of(a) ^ sign_of(b);
-  const auto multiplicand = load_magnitude<Magnitude>(a, a.precision);
-  const auto multiplier = load_magnitude<TwoWords>(b, b.precision);
-  store_record(type, sign, multiply_low(multiplicand, whole(multiplier)), out);
+  constexpr size_t words = std::min<size_t>(kWordsOfA + kWordsOfB, 4);
+  const auto product = multiply_low<words>(load_words<kWordsOfA>(a, a.precision),
+                                           load_words<kWordsOfB>(b, b.precision));
+  put_numeric(product, sign != 0, header, out);
   return DecimalStatus::kDone;
+}
+
+// The first operand has the higher precision, or the same. A product of 77 digits at the most
+// leaves but these numbers of words.
+DecimalStatus multiply_in_order(const comn_numeric& a, const comn_numeric& b, uint32_t header,
+                                comn_numeric& out) {
+  if (a.precision > 2 * kDigitsOfWord) {
+    if (b.precision > kDigitsOfWord) return multiply_words<3, 2>(a, b, header, out);
+    if (a.precision > 3 * kDigitsOfWord) return multiply_words<4, 1>(a, b, header, out);
+    return multiply_words<3, 1>(a, b, header, out);
+  }
+  if (b.precision > kDigitsOfWord) return multiply_words<2, 2>(a, b, header, out);
+  if (a.precision > kDigitsOfWord) return multiply_words<2, 1>(a, b, header, out);
+  return multiply_words<1, 1>(a, b, header, out);
 }
 
 }  // namespace
 
 DecimalStatus multiply(const comn_numeric& a, const comn_numeric& b, comn_numeric& out) {
-  const DecimalType type{a.precision + b.precision + 1, a.scale + b.scale};
-  if ((type.precision > kMaxPrecision) | (type.scale > kMaxScale)) return multiply_any(a, b, out);
-  // The product has a digit less than its type, and one operand has 38 at the most.
-  if (a.precision > kDigitsOfTwoWords) return multiply_as<Uint256>(a, b, type, out);
-  if (b.precision > kDigitsOfTwoWords) return multiply_as<Uint256>(b, a, type, out);
-  return multiply_as<TwoWords>(a, b, type, out);
+  const uint32_t header = header_of(a) + header_of(b) + make_header(1, 0);
+  if (!is_valid_header(header)) [[unlikely]]
+    return multiply_any(a, b, out);
+  return a.precision >= b.precision ? multiply_in_order(a, b, header, out)
+                                    : multiply_in_order(b, a, header, out);
 }
 
 // ---- Quotients ---------------------------------------------------------------------------------
@@ -198,17 +199,16 @@ DecimalStatus divide(const comn_numeric& a, const comn_numeric& b, comn_numeric&
   const bool fits = (shift >= 0) & (a.precision + shift <= type.precision);
   if (!fits || !is_clearly_in_precision(a, a.precision)) [[unlikely]]
     return divide_any(a, b, out);
-  const auto divisor = load_magnitude<Uint256>(b, b.precision);
+  const auto divisor = load_magnitude<4>(b, b.precision);
   if (divisor.is_zero()) [[unlikely]]
     return divide_any(a, b, out);
   // The dividend is below 10^(a.precision + shift), which the type has room for, and so is the
   // quotient.
-  const Uint256 dividend =
-      multiply_low(load_magnitude<Uint256>(a, a.precision), power_of_ten<Uint256>(shift));
+  const Uint256 dividend = scaled_up(load_magnitude<4>(a, a.precision), shift);
   Uint256 quotient;
   Uint256 remainder;
   divide(dividend, divisor, quotient, remainder);
-  store_record(type, sign_of(a) ^ sign_of(b), quotient, out);
+  put_numeric(quotient, sign_of(a) != sign_of(b), make_header(type.precision, type.scale), out);
   return DecimalStatus::kDone;
 }
 

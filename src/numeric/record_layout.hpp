@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "base/bytes.hpp"
 #include "numeric/precision.hpp"
 #include "numeric/uint256.hpp"
 #include "tvxcomn/datatypes.h"
@@ -54,6 +55,25 @@ inline const MagnitudeLayout& layout_of(int32_t precision) {
   return detail::kMagnitudeLayouts[static_cast<uint32_t>(precision)];
 }
 
+// The first two bytes of a record, precision and scale, as one number; what they are added to or
+// compared with is both at once.
+inline uint32_t header_of(const comn_numeric& record) {
+  return base::load<uint16_t>(&record);
+}
+constexpr uint32_t make_header(int32_t precision, int32_t scale) {
+  return static_cast<uint32_t>(precision | scale << 8);
+}
+constexpr int32_t precision_of(uint32_t header) {
+  return static_cast<int32_t>(header & 0xFF);
+}
+
+// Of a precision and a scale up to 205: whether both are 77 at the most, adding 50 then setting the
+// top bit of none.
+constexpr bool is_valid_header(uint32_t header) {
+  static_assert(kMaxPrecision == 77);
+  return ((header + make_header(50, 50)) & make_header(0x80, 0x80)) == 0;
+}
+
 // The first eight bytes of a magnitude's place. What is behind a shorter magnitude means nothing.
 inline uint64_t leading_word(const comn_numeric& record) {
   return detail::load_word(record.magnitude);
@@ -88,61 +108,45 @@ private:
   int missing_bits_;
 };
 
-// Loads the magnitude of a record of a precision. Of two words when the precision is 38 at most.
-template <class Magnitude>
-Magnitude load_magnitude(const comn_numeric& record, int32_t precision);
-
-template <>
-inline TwoWords load_magnitude(const comn_numeric& record, int32_t precision) {
+// Loads a magnitude of so many words into one of as many or more.
+template <size_t kWords, size_t kLimbs = kWords>
+inline WideInteger<kLimbs> load_words(const comn_numeric& record, int32_t precision) {
   const MagnitudeWords words(record.magnitude, precision);
-  if (precision > kDigitsOfWord) return {{words.load(0), words.load_upper()}};
-  return {{words.load_upper(), 0}};
+  WideInteger<kLimbs> magnitude{};
+  for (size_t i = 0; i + 1 < kWords; ++i) magnitude.limb[i] = words.load(i);
+  magnitude.limb[kWords - 1] = words.load_upper();
+  return magnitude;
 }
 
-template <>
-inline Uint256 load_magnitude(const comn_numeric& record, int32_t precision) {
+// Stores a magnitude's lower words, as many as its precision has; one may be missing in it.
+template <size_t kWords, size_t kLimbs>
+inline void store_words(const WideInteger<kLimbs>& magnitude, int32_t precision,
+                        comn_numeric& record) {
   const MagnitudeWords words(record.magnitude, precision);
-  if (precision > 3 * kDigitsOfWord)
-    return {{words.load(0), words.load(1), words.load(2), words.load_upper()}};
-  if (precision > 2 * kDigitsOfWord) return {{words.load(0), words.load(1), words.load_upper(), 0}};
-  if (precision > kDigitsOfWord) return {{words.load(0), words.load_upper(), 0, 0}};
-  return make_uint256(words.load_upper());
+  words.store_upper(kWords > kLimbs ? 0 : magnitude.limb[kWords - 1]);
+  for (size_t i = kWords - 1; i-- > 0;) words.store(i, magnitude.limb[i]);
 }
 
-// Stores a magnitude that fits the precision; nothing is written behind it.
-inline void store_magnitude(const TwoWords& magnitude, int32_t precision, comn_numeric& record) {
-  const auto& limb = magnitude.limb;
-  const MagnitudeWords words(record.magnitude, precision);
-  if (precision > 2 * kDigitsOfWord) {  // 39 digits, whose third word is zero
-    words.store_upper(0);
-    words.store(1, limb[1]);
-    words.store(0, limb[0]);
-  } else if (precision > kDigitsOfWord) {
-    words.store_upper(limb[1]);
-    words.store(0, limb[0]);
-  } else {
-    store_big_endian(limb[0], record.magnitude, layout_of(precision).bytes);
-  }
+// Loads the magnitude of a record of a precision that has at most so many words.
+template <size_t kLimbs, size_t kWords = kLimbs>
+inline WideInteger<kLimbs> load_magnitude(const comn_numeric& record, int32_t precision) {
+  if constexpr (kWords > 1)
+    if (precision <= static_cast<int32_t>(kWords - 1) * kDigitsOfWord)
+      return load_magnitude<kLimbs, kWords - 1>(record, precision);
+  return load_words<kWords, kLimbs>(record, precision);
 }
 
-inline void store_magnitude(const Uint256& magnitude, int32_t precision, comn_numeric& record) {
-  const auto& limb = magnitude.limb;
-  const MagnitudeWords words(record.magnitude, precision);
-  if (precision > 3 * kDigitsOfWord) {
-    words.store_upper(limb[3]);
-    words.store(2, limb[2]);
-    words.store(1, limb[1]);
-    words.store(0, limb[0]);
-  } else if (precision > 2 * kDigitsOfWord) {
-    words.store_upper(limb[2]);
-    words.store(1, limb[1]);
-    words.store(0, limb[0]);
-  } else if (precision > kDigitsOfWord) {
-    words.store_upper(limb[1]);
-    words.store(0, limb[0]);
-  } else {
-    store_big_endian(limb[0], record.magnitude, layout_of(precision).bytes);
-  }
+// Stores a magnitude that fits the precision, which has at most a word more; nothing is written
+// behind it.
+template <size_t kLimbs, size_t kWords = kLimbs == 4 ? 4 : kLimbs + 1>
+inline void store_magnitude(const WideInteger<kLimbs>& magnitude, int32_t precision,
+                            comn_numeric& record) {
+  if constexpr (kWords == 1)
+    store_big_endian(magnitude.limb[0], record.magnitude, layout_of(precision).bytes);
+  else if (precision > static_cast<int32_t>(kWords - 1) * kDigitsOfWord)
+    store_words<kWords>(magnitude, precision, record);
+  else
+    store_magnitude<kLimbs, kWords - 1>(magnitude, precision, record);
 }
 
 }  // namespace tvx::numeric

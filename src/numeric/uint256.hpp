@@ -175,31 +175,38 @@ constexpr uint64_t multiply_add(WideInteger<kLimbs>& value, uint64_t factor, uin
 
 Uint512 multiply(const Uint256& a, const Uint256& b);
 
-// The product of two numbers of two words each.
-constexpr Uint256 multiply(Uint128 a, Uint128 b) {
-  const auto low = [](Uint128 value) { return static_cast<uint64_t>(value); };
-  const auto high = [](Uint128 value) { return static_cast<uint64_t>(value >> 64); };
-  const Uint128 bottom = static_cast<Uint128>(low(a)) * low(b);
-  const Uint128 left = static_cast<Uint128>(high(a)) * low(b) + high(bottom);
-  const Uint128 right = static_cast<Uint128>(low(a)) * high(b) + low(left);
-  const Uint128 top = static_cast<Uint128>(high(a)) * high(b) + high(left) + high(right);
-  return {{low(bottom), low(right), low(top), high(top)}};
+// The product of numbers of a few words each, modulo the size of the result, by the schoolbook and
+// without a branch on how much of the numbers is used.
+template <size_t kLimbs, size_t kA, size_t kB>
+constexpr WideInteger<kLimbs> multiply_low(const WideInteger<kA>& a, const WideInteger<kB>& b) {
+  static_assert(kA <= kLimbs && kB <= kLimbs);
+  WideInteger<kLimbs> product;
+  uint64_t carry = 0;
+  const auto put = [&](size_t i, Uint128 sum) {
+    product.limb[i] = static_cast<uint64_t>(sum);
+    carry = static_cast<uint64_t>(sum >> 64);
+  };
+  for (size_t i = 0; i < kA; ++i) put(i, static_cast<Uint128>(a.limb[i]) * b.limb[0] + carry);
+  for (size_t i = kA; i < kLimbs; ++i) put(i, carry);
+  for (size_t j = 1; j < kB; ++j) {
+    carry = 0;
+    for (size_t i = 0; i < kA && i + j < kLimbs; ++i)
+      put(i + j, static_cast<Uint128>(a.limb[i]) * b.limb[j] + product.limb[i + j] + carry);
+    if (kA + j < kLimbs) product.limb[kA + j] = carry;
+  }
+  return product;
 }
 
-// Products modulo the size of the numbers, without a branch on how much of them is used.
-constexpr Uint256 multiply_low(const TwoWords& a, Uint128 b) {
-  return multiply(whole(a), b);
-}
+// The same of two numbers and a result of one size, in which compilers make more of the halves.
 constexpr TwoWords multiply_low(const TwoWords& a, const TwoWords& b) {
   return make_two_words(whole(a) * whole(b));
 }
-constexpr Uint256 multiply_low(const Uint256& a, Uint128 b) {
-  const Uint256 product = multiply(lower_half(a), b);
-  return make_uint256(upper_half(product) + upper_half(a) * b, lower_half(product));
-}
 constexpr Uint256 multiply_low(const Uint256& a, const Uint256& b) {
-  const Uint256 product = multiply_low(a, lower_half(b));
-  return make_uint256(upper_half(product) + lower_half(a) * upper_half(b), lower_half(product));
+  const Uint256 product =
+      multiply_low<4>(make_two_words(lower_half(a)), make_two_words(lower_half(b)));
+  return make_uint256(upper_half(product) + upper_half(a) * lower_half(b) +
+                          lower_half(a) * upper_half(b),
+                      lower_half(product));
 }
 
 // The lower half into `value`; true when the upper one is not zero.
