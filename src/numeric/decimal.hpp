@@ -164,13 +164,13 @@ inline Decimal load_numeric(const comn_numeric& record) {
 }
 
 // Stores a value whose digits do not exceed its precision of 1 to 77, the sign of zero as 0;
-// nothing is written behind the bytes in use.
-template <class Magnitude>
-inline void put_numeric(const Magnitude& magnitude, bool negative, uint32_t header,
+// nothing is written behind the bytes in use. The precision has kLeast to kMost words.
+template <size_t kLeast = 1, size_t kMost = 4, size_t kLimbs>
+inline void put_numeric(const WideInteger<kLimbs>& magnitude, bool negative, uint32_t header,
                         comn_numeric& record) {
   base::store(&record, static_cast<uint16_t>(header));
   record.sign = negative & !magnitude.is_zero();
-  store_magnitude(magnitude, precision_of(header), record);
+  store_magnitude<kLeast, kMost>(magnitude, precision_of(header), record);
 }
 inline void put_numeric(const Decimal& value, comn_numeric& record) {
   put_numeric(value.magnitude, value.negative, make_header(value.precision, value.scale), record);

@@ -24,6 +24,11 @@ bool are_of_one_type(const comn_numeric& a, const comn_numeric& b) {
   return header_of(a) == header_of(b);
 }
 
+// As many words, if there are no more of a magnitude.
+constexpr size_t limited(size_t words) {
+  return std::min<size_t>(words, 4);
+}
+
 // The general way: computes into a Decimal of a type and stores it.
 template <class Compute>
 DecimalStatus store_result(DecimalType type, comn_numeric& out, Compute compute) {
@@ -77,9 +82,8 @@ template <size_t kWords, Types types>
     return add_any(a, b, a_sign, b_sign, out);
   auto sum = load_magnitude<kWords>(a, a_precision);
   if (types == Types::kAny && a.scale != b.scale) sum = scaled_up(sum, b.scale - a.scale);
-  const uint64_t turned =
-      add_signed(sum, load_magnitude<kWords>(b, b_precision), a_sign ^ b_sign);
-  put_numeric(sum, (a_sign ^ turned) != 0, header, out);
+  const uint64_t turned = add_signed(sum, load_magnitude<kWords>(b, b_precision), a_sign ^ b_sign);
+  put_numeric<1, limited(kWords + 1)>(sum, (a_sign ^ turned) != 0, header, out);
   return DecimalStatus::kDone;
 }
 
@@ -148,10 +152,10 @@ template <size_t kWordsOfA, size_t kWordsOfB>
       [[unlikely]]
     return multiply_any(a, b, out);
   const uint64_t sign = sign_of(a) ^ sign_of(b);
-  constexpr size_t words = std::min<size_t>(kWordsOfA + kWordsOfB, 4);
-  const auto product = multiply_low<words>(load_words<kWordsOfA>(a, a.precision),
-                                           load_words<kWordsOfB>(b, b.precision));
-  put_numeric(product, sign != 0, header, out);
+  constexpr size_t words = kWordsOfA + kWordsOfB;
+  const auto product = multiply_low<limited(words)>(load_words<kWordsOfA>(a, a.precision),
+                                                    load_words<kWordsOfB>(b, b.precision));
+  put_numeric<words - 1, limited(words + 1)>(product, sign != 0, header, out);
   return DecimalStatus::kDone;
 }
 

@@ -136,17 +136,17 @@ inline WideInteger<kLimbs> load_magnitude(const comn_numeric& record, int32_t pr
   return load_words<kWords, kLimbs>(record, precision);
 }
 
-// Stores a magnitude that fits the precision, which has at most a word more; nothing is written
+// Stores a magnitude that fits the precision, which has kLeast to kMost words; nothing is written
 // behind it.
-template <size_t kLimbs, size_t kWords = kLimbs == 4 ? 4 : kLimbs + 1>
+template <size_t kLeast, size_t kMost, size_t kLimbs>
 inline void store_magnitude(const WideInteger<kLimbs>& magnitude, int32_t precision,
                             comn_numeric& record) {
-  if constexpr (kWords == 1)
+  if constexpr (kMost == 1)
     store_big_endian(magnitude.limb[0], record.magnitude, layout_of(precision).bytes);
-  else if (precision > static_cast<int32_t>(kWords - 1) * kDigitsOfWord)
-    store_words<kWords>(magnitude, precision, record);
+  else if (kLeast == kMost || precision > static_cast<int32_t>(kMost - 1) * kDigitsOfWord)
+    store_words<kMost>(magnitude, precision, record);
   else
-    store_magnitude<kLimbs, kWords - 1>(magnitude, precision, record);
+    store_magnitude<kLeast, kMost - 1>(magnitude, precision, record);
 }
 
 }  // namespace tvx::numeric

@@ -204,9 +204,9 @@ constexpr TwoWords multiply_low(const TwoWords& a, const TwoWords& b) {
 constexpr Uint256 multiply_low(const Uint256& a, const Uint256& b) {
   const Uint256 product =
       multiply_low<4>(make_two_words(lower_half(a)), make_two_words(lower_half(b)));
-  return make_uint256(upper_half(product) + upper_half(a) * lower_half(b) +
-                          lower_half(a) * upper_half(b),
-                      lower_half(product));
+  return make_uint256(
+      upper_half(product) + upper_half(a) * lower_half(b) + lower_half(a) * upper_half(b),
+      lower_half(product));
 }
 
 // The lower half into `value`; true when the upper one is not zero.
