@@ -8,6 +8,7 @@
 
 #include "numeric/eight_digits.hpp"
 #include "numeric/integer_write.hpp"
+#include "numeric/sixteen_digits.hpp"
 
 namespace tvx::numeric {
 namespace {
@@ -93,10 +94,21 @@ Exponent read_exponent(const char* at, const char* end) {
   return {negative ? -value : value, is_valid};
 }
 
-// Collects digits into a magnitude. They gather in one word, which holds nineteen.
-class DigitGatherer {
+// A magnitude made of groups of digits, up to nineteen each, modulo 2^256.
+class MagnitudeOfGroups {
 public:
-  explicit DigitGatherer(Uint256& magnitude) : magnitude_(magnitude) { magnitude = {}; }
+  explicit MagnitudeOfGroups(Uint256& magnitude) : magnitude_(magnitude) { magnitude = {}; }
+
+  void append(uint64_t value, size_t digits) {
+    const uint64_t factor = kPowersOfTen[digits];
+    uint64_t carry = value;
+    for (size_t i = 0; i < used_; ++i) {
+      const Uint128 product = static_cast<Uint128>(magnitude_.limb[i]) * factor + carry;
+      magnitude_.limb[i] = static_cast<uint64_t>(product);
+      carry = static_cast<uint64_t>(product >> 64);
+    }
+    if (used_ < std::size(magnitude_.limb)) magnitude_.limb[used_++] = carry;
+  }
 
   void take(const char* at, const char* end) {
     for (; end - at >= 8; at += 8) append(value_of_eight_digits(load_eight(at)), 8);
@@ -107,115 +119,23 @@ public:
     append(rest, count);
   }
 
-  void append(uint64_t value, size_t digits) {
-    if (word_digits_ + digits > 19) flush();
-    word_ = word_ * kPowersOfTen[digits] + value;
-    word_digits_ += digits;
-  }
-
-  // After this the magnitude is the number of all digits, modulo 2^256.
-  void flush() {
-    const uint64_t factor = kPowersOfTen[word_digits_];
-    uint64_t carry = word_;
-    for (size_t i = 0; i < used_; ++i) {
-      const Uint128 product = static_cast<Uint128>(magnitude_.limb[i]) * factor + carry;
-      magnitude_.limb[i] = static_cast<uint64_t>(product);
-      carry = static_cast<uint64_t>(product >> 64);
-    }
-    if (carry != 0 && used_ < std::size(magnitude_.limb)) magnitude_.limb[used_++] = carry;
-    word_ = 0;
-    word_digits_ = 0;
-  }
-
 private:
   Uint256& magnitude_;
   size_t used_ = 0;  // words of the magnitude
-  uint64_t word_ = 0;
-  size_t word_digits_ = 0;
 };
 
 // ---- Reading in short --------------------------------------------------------------------------
 
-// The last eight bytes of a text; zeros stand in front of a shorter one.
-uint64_t load_last_eight(std::string_view text) {
-  const size_t size = text.size();
-  const char* const begin = text.data();
-  if (size >= 8) return load_eight(begin + size - 8);
-  if (size >= 4) {
-    uint32_t head;
-    uint32_t tail;
-    std::memcpy(&head, begin, sizeof head);
-    std::memcpy(&tail, begin + size - 4, sizeof tail);
-    return (uint64_t{tail} << 32) | (uint64_t{head} << (64 - 8 * size));
-  }
-  uint64_t word = 0;
-  for (const char c : text) word = (word >> 8) | (uint64_t{static_cast<uint8_t>(c)} << 56);
-  return word;
-}
-
-// A text as words of eight bytes, with zeros from its end on.
-class PaddedText {
-public:
-  explicit PaddedText(std::string_view text)
-      : end_(text.data() + text.size()), last_eight_(load_last_eight(text)) {}
-
-  // The word at a position up to the end. There all 64 bits are shifted out, by two shifts.
-  [[nodiscard]] uint64_t load(const char* at) const {
-    const ptrdiff_t left = end_ - at;
-    return left >= 8 ? load_eight(at) : last_eight_ >> 1 >> (63 - 8 * left);
-  }
-
-private:
-  const char* end_;
-  uint64_t last_eight_;
-};
-
 // The digits of a number from its first one other than zero on.
 struct PlainDigits {
-  int64_t digits;
-  int64_t fraction;  // digits behind the point, with zeros in front of the first
-  const char* end;
+  size_t digits;
+  size_t fraction;  // digits behind the point, with zeros in front of the first
 };
 
-// A word whose first `count` digits, up to 7, are followed by a point, and the word behind that
-// point, closed up to eight digits.
-constexpr uint64_t close_up(uint64_t word, uint64_t behind_point, int count) {
-  const uint64_t in_front = (uint64_t{1} << (8 * count)) - 1;
-  return (word & in_front) | (behind_point & ~in_front);
-}
-
-// Reads sixteen digits and a point among them or behind them, unless one has been met; the text has
-// a character more. Returns how many characters it took: none when there is something else.
-int read_sixteen(const char* at, const char*& point, uint64_t& value) {
-  uint64_t upper = load_eight(at);
-  uint64_t lower = load_eight(at + 8);
-  int taken = 16;
-  if (!are_eight_digits(upper) || !are_eight_digits(lower)) {
-    if (point != nullptr) return 0;
-    const uint64_t in_upper = marks_of_non_digits(upper);
-    const int count = in_upper != 0 ? std::countr_zero(in_upper) / 8
-                                    : 8 + std::countr_zero(marks_of_non_digits(lower)) / 8;
-    if (at[count] != '.') return 0;
-    const uint64_t last = load_eight(at + 9);
-    if (count < 8) {
-      upper = close_up(upper, load_eight(at + 1), count);
-      lower = last;
-    } else {
-      lower = close_up(lower, last, count - 8);
-    }
-    if (!are_eight_digits(upper) || !are_eight_digits(lower)) return 0;
-    point = at + count;
-    taken = 17;
-  }
-  value = uint64_t{value_of_eight_digits(upper)} * 100'000'000 + value_of_eight_digits(lower);
-  return taken;
-}
-
-// Takes digits sixteen or eight at a time, each but once: where the point is among them, the ones
-// behind it close up.
-PlainDigits take_digits(std::string_view text, const char* at, Uint256& magnitude) {
+// Takes digits sixteen at a time, each but once: where the point is among them, the others close
+// up. False when anything else is met.
+bool take_digits(std::string_view text, const char* at, Uint256& magnitude, PlainDigits& taken) {
   const char* const end = text.data() + text.size();
-  const PaddedText padded(text);
   const char* point = nullptr;
   at = skip_zeros(at, end);
   if (at != end && *at == '.') {
@@ -223,53 +143,52 @@ PlainDigits take_digits(std::string_view text, const char* at, Uint256& magnitud
     at = skip_zeros(at + 1, end);
   }
   const char* first = at;
-  DigitGatherer gatherer(magnitude);
-  while (end - at > 16) {
-    uint64_t value;
-    const int taken = read_sixteen(at, point, value);
-    if (taken == 0) break;
-    gatherer.append(value, 16);
-    at += taken;
-    first += taken - 16;
-  }
-  uint64_t word;
-  uint64_t others;
-  for (;; at += 8) {
-    word = padded.load(at);
-    others = marks_of_non_digits(word);
-    if (others != 0) {
-      const int count = std::countr_zero(others) / 8;
-      if (point != nullptr || (word >> (8 * count) & 0xFF) != '.') break;
-      point = at + count;
+  MagnitudeOfGroups groups(magnitude);
+  for (; end - at > 16; at += 16) {
+    auto group = SixteenDigits::load(at);
+    if (!group.are_digits()) {
+      const size_t in_front = group.leading_digits();
+      if (point != nullptr || at[in_front] != '.') return false;
+      point = at + in_front;
+      group = group.joined(SixteenDigits::load(++at), 16 - in_front);
       ++first;
-      word = close_up(word, padded.load(++at), count);
-      others = marks_of_non_digits(word);
-      if (others != 0) break;
+      if (!group.are_digits()) return false;
     }
-    gatherer.append(value_of_eight_digits(word), 8);
+    groups.append(group.value(), 16);
   }
-  // Fewer than eight are left: they move up behind zeros.
-  const int rest = std::countr_zero(others) / 8;
-  word = (word << 8 << (56 - 8 * rest)) | (kZeroCharacters >> (8 * rest));
-  gatherer.append(value_of_eight_digits(word), static_cast<size_t>(rest));
-  at += rest;
-  gatherer.flush();
-  return {at - first, point == nullptr ? 0 : at - point - 1, at};
+  // The rest stands at the end of the last sixteen characters.
+  auto left = static_cast<size_t>(end - at);
+  const auto last = load_last_sixteen(text);
+  auto group = last.last(left);
+  if (!group.are_digits()) {
+    const size_t behind = 15 - group.leading_digits();
+    if (point != nullptr || end[-1 - static_cast<ptrdiff_t>(behind)] != '.') return false;
+    point = end - 1 - behind;
+    group = last.moved_back().joined(last, behind).last(--left);
+    ++first;
+    if (!group.are_digits()) return false;
+  }
+  groups.append(group.value(), left);
+  taken.digits = static_cast<size_t>(end - first);
+  taken.fraction = point == nullptr ? 0 : static_cast<size_t>(end - point - 1);
+  return true;
 }
 
 // Reads what nearly every text is: a sign, digits, a point and digits, all of which are taken, and
 // white space. False, with the value unspecified, for any other text and for a number that does not
 // fit: those are left to the long way.
 bool read_plain_decimal(std::string_view text, const DecimalTextRules& rules, Decimal& value) {
-  const char* const end = text.data() + text.size();
+  const char* end = text.data() + text.size();
   const char* at = skip_blanks(text.data(), end);
+  while (at != end && is_white_space(end[-1])) --end;
   if (at == end) return false;
   const bool negative = *at == '-';
   at += negative || *at == '+' ? 1 : 0;  // no branch: signs come at random
 
-  const auto [digits, fraction, digits_end] = take_digits(text, at, value.magnitude);
-  for (at = digits_end; at != end; ++at)
-    if (!is_white_space(*at)) return false;
+  PlainDigits taken;
+  if (!take_digits({text.data(), end}, at, value.magnitude, taken)) return false;
+  const auto digits = static_cast<int64_t>(taken.digits);
+  const auto fraction = static_cast<int64_t>(taken.fraction);
 
   const int64_t scale = rules.scale == kFromText ? fraction : rules.scale;
   const int64_t shift = scale - fraction;
@@ -337,8 +256,8 @@ int32_t precision_from_text(int64_t digits_read, const Decimal& value) {
   return digits > value.scale ? digits : std::min(value.scale + 1, kMaxPrecision);
 }
 
-DecimalStatus parse_any_decimal(std::string_view text, const DecimalTextRules& rules,
-                                Decimal& value) {
+[[gnu::noinline]] DecimalStatus parse_any_decimal(std::string_view text,
+                                                  const DecimalTextRules& rules, Decimal& value) {
   const char* const end = text.data() + text.size();
   const Mantissa mantissa = scan_mantissa(text.data(), end);
   Exponent exponent{0, true};
@@ -357,10 +276,9 @@ DecimalStatus parse_any_decimal(std::string_view text, const DecimalTextRules& r
   if (!fraction_is_cut && mantissa.end != mark && !std::all_of(mantissa.end, end, is_white_space))
     return DecimalStatus::kInvalid;
 
-  DigitGatherer gatherer(value.magnitude);
-  gatherer.take(chosen.whole.begin, chosen.whole.end);
-  gatherer.take(chosen.fraction.begin, chosen.fraction.end);
-  gatherer.flush();
+  MagnitudeOfGroups groups(value.magnitude);
+  groups.take(chosen.whole.begin, chosen.whole.end);
+  groups.take(chosen.fraction.begin, chosen.fraction.end);
 
   // The value is magnitude * 10^adjustment.
   const int64_t adjustment = exponent.value + chosen.dropped_whole - chosen.fraction.length();

@@ -1,0 +1,72 @@
+// Sixteen digits at a time, in both forms, against the characters one by one.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <memory>
+#include <random>
+#include <string>
+
+#include "numeric/sixteen_digits.hpp"
+
+namespace {
+
+using namespace tvx::numeric;
+
+template <class Digits>
+class SixteenDigitsTest : public testing::Test {};
+
+#ifdef __SSE2__
+using Forms = testing::Types<SixteenDigitsInWords, SixteenDigitsInVector>;
+#else
+using Forms = testing::Types<SixteenDigitsInWords>;
+#endif
+TYPED_TEST_SUITE(SixteenDigitsTest, Forms);
+
+size_t leading_digits(const std::string& text) {
+  return std::min(text.find_first_not_of("0123456789"), text.size());
+}
+
+TYPED_TEST(SixteenDigitsTest, AreTheCharacters) {
+  std::mt19937_64 random(7);
+  for (int round = 0; round < 200'000; ++round) {
+    // Mostly digits; any other byte may be among them, its neighbours in the code above all.
+    std::string text;
+    for (size_t i = 0; i < 17; ++i)
+      text += random() % 32 != 0  ? static_cast<char>('0' + random() % 10)
+              : random() % 2 == 0 ? "/:\x80\xFF."[random() % 5]
+                                  : static_cast<char>(random());
+    const std::string first = text.substr(0, 16);
+    const std::string second = text.substr(1);
+    const auto digits = TypeParam::load(first.data());
+    ASSERT_EQ(digits.leading_digits(), leading_digits(first)) << first;
+    ASSERT_EQ(digits.are_digits(), leading_digits(first) == 16) << first;
+
+    const size_t count = random() % 17;
+    const auto others = TypeParam::load(second.data());
+    const auto expect = [&](const TypeParam& made, const std::string& characters) {
+      ASSERT_EQ(made.leading_digits(), leading_digits(characters)) << text << ' ' << count;
+      if (made.are_digits()) {
+        ASSERT_EQ(made.value(), std::stoull(characters)) << text << ' ' << count;
+      }
+    };
+    expect(digits, first);
+    expect(digits.last(count), std::string(16 - count, '0') + first.substr(16 - count));
+    expect(digits.joined(others, count), first.substr(0, 16 - count) + second.substr(16 - count));
+    expect(digits.moved_back(), "0" + first.substr(0, 15));
+  }
+}
+
+TYPED_TEST(SixteenDigitsTest, TheLastOfATextStandInItsEnd) {
+  for (size_t size = 0; size <= 40; ++size) {
+    const auto text = std::make_unique<char[]>(size);  // no byte more
+    for (size_t i = 0; i < size; ++i) text[i] = static_cast<char>('0' + (i * 7 + 3) % 10);
+    const std::string_view view(text.get(), size);
+    const auto last = load_last_sixteen<TypeParam>(view);
+    const size_t count = std::min<size_t>(size, 16);
+    const std::string expected = "0" + std::string(view.substr(size - count));
+    ASSERT_EQ(last.last(count).value(), std::stoull(expected)) << size;
+    ASSERT_EQ(last.are_digits(), size >= 16) << size;
+  }
+}
+
+}  // namespace
