@@ -1,4 +1,4 @@
-// A plain number is read in one pass, eight digits at a time. Any other is scanned first, to know
+// A plain number is read in one pass, sixteen digits at a time. Any other is scanned first, to know
 // where its digits stand and how many of them are taken; these are then gathered in the same way.
 #include "numeric/decimal_text.hpp"
 
