@@ -1,6 +1,7 @@
 // Unsigned integers of 256 bits, the magnitudes of exact numerics, of fewer words where that many
-// are enough, and of 512 bits, their products and scaled dividends. 10^77 - 1, the greatest magnitude of a numeric, fits 256 bits; a field of
-// 32 bytes can hold a little more, which every operation takes as well.
+// are enough, and of 512 bits, their products and scaled dividends. 10^77 - 1, the greatest
+// magnitude of a numeric, fits 256 bits; a field of 32 bytes can hold a little more, which every
+// operation takes as well.
 #pragma once
 
 #include <array>
