@@ -35,12 +35,15 @@ TVXCOMN_API comnb_conversion comnb_varchartodatetime, comnb_varchartodate4;
  * year-day-month, month-year-day, day-year-month; any other is a fatal usage error. The format code
  * overrides it in numeric dates:
  *
- *   0, 9                       the order; a year of four digits may stand anywhere, and at the
- * start of the text it makes the order year-month-day (unless year-day-month) 1, 10 month-day-year,
- * and the year has fewer than four digits 2, 11, 21, 22, 23          year-month-day, likewise 3, 4,
- * 5                    day-month-year, likewise 101, 110                   month-day-year, and the
- * year has four digits 102, 111                   year-month-day, likewise 103, 104, 105
- * day-month-year, likewise any other                  numeric dates are syntax errors
+ *   0, 9               the order; a year of four digits may stand anywhere, and at the start of the
+ *                      text it makes the order year-month-day (unless year-day-month)
+ *   1, 10              month-day-year, and the year has fewer than four digits
+ *   2, 11, 21, 22, 23  year-month-day, likewise
+ *   3, 4, 5            day-month-year, likewise
+ *   101, 110           month-day-year, and the year has four digits
+ *   102, 111           year-month-day, likewise
+ *   103, 104, 105      day-month-year, likewise
+ *   any other          numeric dates are syntax errors
  *
  * `months` and `short_months` are 12 names each, January first; when either is null, names of
  * months are syntax errors. `attributes` may be null: the built-in ones. The status is one of the
