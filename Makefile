@@ -5,10 +5,12 @@
 #   make asan     the same tests with AddressSanitizer and UndefinedBehaviorSanitizer (also: debug, tsan, clang)
 #   make bench    ours and its peers side by side
 #   make lint     formatting and static analysis
+#   make fuzz     every fuzzer for a minute (SECONDS_EACH=60), with the sanitizers
 #   make install  PREFIX=/usr/local DESTDIR=
 
 PREFIX ?= /usr/local
 JOBS ?= $(shell nproc)
+SECONDS_EACH ?= 60
 
 PACKAGES = g++ cmake ninja-build libcli11-dev libgtest-dev libboost-dev pkg-config
 BENCH_PACKAGES = libbenchmark-dev libfast-float-dev libgmp-dev libboost-dev libdfp-dev libecpg-dev libabsl-dev \
@@ -18,7 +20,7 @@ LINT_PACKAGES = clang-format clang-tidy
 SAMPLE = examples/shipments.csv
 SAMPLE_TYPES = id:i4,customer:ui4,quantity:i2,parcels:i1,depot:ui2,weight_kg:flt8,discount:flt8,express:bit,tracking:ui8,balance:i8,temperature:flt4,price:money,duty:num(12,4),shipped:datetime,due:datea,pickup:timea
 
-.PHONY: all run check debug asan tsan clang bench lint format install clean packages
+.PHONY: all run check debug asan tsan clang bench lint fuzz format install clean packages
 
 all: packages
 	cmake --preset release
@@ -54,6 +56,12 @@ lint: packages
 	@scripts/install-packages $(LINT_PACKAGES) clang
 	cmake --preset clang
 	scripts/lint build/clang
+
+fuzz: packages
+	@scripts/install-packages clang
+	cmake --preset fuzz
+	cmake --build --preset fuzz -j $(JOBS) --target tvx_fuzzers
+	scripts/fuzz $(SECONDS_EACH)
 
 format:
 	@scripts/install-packages $(LINT_PACKAGES)

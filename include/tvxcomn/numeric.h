@@ -141,7 +141,7 @@ TVXCOMN_API int32_t com__exctnume_cmp(const comnb_value* a, const comnb_value* b
 /* Store a number in a sign and magnitude of `length` bytes at the precision and scale given. When
  * the precision is none of 1 to 77 it becomes the most digits that the field always holds, and the
  * scale 0. A status as above; a double is taken with 17 significant digits, halves rounded away
- * from zero at the scale, infinities and NaNs are COM_NUM_INVALID. */
+ * from zero at the scale, which for 255 is its own; infinities and NaNs are COM_NUM_INVALID. */
 TVXCOMN_API int32_t com__longtoexctnume(int32_t number, uint8_t* field, int32_t length,
                                         uint8_t* precision, uint8_t* scale);
 TVXCOMN_API int32_t com__ulongtoexctnume(uint32_t number, uint8_t* field, int32_t length,
@@ -154,10 +154,9 @@ TVXCOMN_API int32_t com__doubletoexctnume(double number, uint8_t* field, int32_t
                                           uint8_t* precision, uint8_t* scale);
 
 /* Reads a text of single-byte characters: blanks, a sign, digits with at most one point, an
- * exponent
- * ("e" or "E", a sign, digits; not a single digit with blanks behind), white space. No digits are
- * 0. A precision or scale of 255 in `out` is taken from the text, which with a precision of 255
- * also sets the length (33 before it).
+ * exponent ("e" or "E", a sign, digits; not a single digit with blanks behind), white space. No
+ * digits are 0. A precision or scale of 255 in `out` is taken from the text, which with a precision
+ * of 255 also sets the length; one that is greater than that handed over is COM_NUM_OVERFLOW.
  *
  * A digit behind the scale, or more digits than the field always holds, leading zeros not counted,
  * are COM_NUM_DROPPED, be they zeros, unless `rounding` is not 0: then halves are rounded away from

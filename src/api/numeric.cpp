@@ -274,6 +274,7 @@ int32_t com__exctnume_ceilingfloor(const comnb_value* value, comnb_value* out, i
 
 int32_t com__exctnume_inc(comnb_value* value) {
   return change(value, value, [](Decimal& changed) {
+    changed.negative &= !changed.is_zero();
     return add(changed.magnitude, num::make_uint256(1)) ? DecimalStatus::kOverflow
                                                         : DecimalStatus::kDone;
   });
@@ -342,6 +343,7 @@ int32_t construct(Number number, uint8_t* field, int32_t length, uint8_t* precis
   *precision = static_cast<uint8_t>(value.precision);
   *scale = static_cast<uint8_t>(value.scale);
   const DecimalStatus status = assign(value, number);
+  if (status == DecimalStatus::kDone) *scale = static_cast<uint8_t>(value.scale);
   return finish(status, value, out);
 }
 
@@ -381,14 +383,19 @@ int32_t com__subchartoexctnume(comnb_value* out, const char* text, int32_t lengt
   if (!have_fields(*out) || length < 0) return kInvalidStatus;
   const size_t entry = static_cast<size_t>(out->length - num::kMinFieldLength);
   Decimal value{};
+  const bool precision_from_text = out->precision == num::kFromText;
   DecimalStatus status = num::parse_decimal(
       {text, static_cast<size_t>(length)},
       {out->precision, out->scale, num::kPrecisionOfFieldLength[entry], rounding != 0}, value);
+  // A field of the text's own precision has to lie in the one there is.
+  if (status == DecimalStatus::kDone && precision_from_text &&
+      num::field_length(value.precision) > out->length)
+    status = DecimalStatus::kOverflow;
   if (status != DecimalStatus::kDone) {
     num::clear_field(field(*out), out->length);
     return static_cast<int32_t>(status);
   }
-  if (out->precision == num::kFromText) {
+  if (precision_from_text) {
     out->precision = static_cast<uint8_t>(value.precision);
     out->length = num::field_length(value.precision);
   }

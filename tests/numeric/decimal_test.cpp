@@ -311,6 +311,10 @@ TEST(DecimalPrimitives, RemainderAndConstructors) {
   EXPECT_EQ(com__exctnume_divby10(&a.descriptor, &digit), 0);
   EXPECT_EQ(digit, 7);
   EXPECT_EQ(com__exctnume_intcmp(&a.descriptor, 1), 1);
+  Field negative_zero(2, 2, 0);
+  negative_zero.bytes.data()[0] = 1;
+  EXPECT_EQ(com__exctnume_inc(&negative_zero.descriptor), 0);
+  EXPECT_EQ(negative_zero.number().value, 1);
 
   uint8_t field[10], precision = 0, scale = 9;
   EXPECT_EQ(com__longlongtoexctnume(INT64_MIN, field, 10, &precision, &scale), COM_NUM_DONE);

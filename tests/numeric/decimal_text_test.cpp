@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <string>
+#include <tuple>
 
 #include "numeric/decimal_machine.hpp"
 #include "numeric/decimal_reference.hpp"
@@ -110,6 +111,28 @@ TEST(DecimalText, Rows) {
                 row.value);
     }
   }
+}
+
+TEST(DecimalText, TypeOfTheTextInAShortField) {
+  for (const auto& [text, length, status] : {std::tuple{"12", 2, COM_NUM_DONE},
+                                             {"12.5", 3, COM_NUM_DONE},
+                                             {"1e30", 5, COM_NUM_OVERFLOW},
+                                             {"1e30", 14, COM_NUM_DONE},
+                                             {"1e-3", 2, COM_NUM_OVERFLOW},
+                                             {"123", 2, COM_NUM_DROPPED}}) {
+    Field field(length, 255, 255, 1);
+    EXPECT_EQ(field.read(text, false), status) << text << ' ' << length;
+    EXPECT_LE(field.descriptor.length, length);
+    EXPECT_EQ(field.number().value == 0, status != COM_NUM_DONE) << text;
+  }
+}
+
+TEST(DecimalText, ADoubleTellsItsScale) {
+  Field field(33, 38, 255);
+  EXPECT_EQ(com__doubletoexctnume(-123.25, field.bytes.data(), 33, &field.descriptor.precision,
+                                  &field.descriptor.scale),
+            COM_NUM_DONE);
+  EXPECT_EQ(field.text(), "-123.25");
 }
 
 TEST(DecimalText, AnyBytesAndAnyDouble) {
