@@ -5,6 +5,7 @@ add_library(tvx_compile INTERFACE)
 target_compile_options(tvx_compile INTERFACE
   -Wall -Wextra -Wpedantic -Wconversion -Wshadow
   $<$<BOOL:${TVX_WARNINGS_ARE_ERRORS}>:-Werror>
+  -ffp-contract=off  # steps of floating-point rules are rounded one by one on every processor
   -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=)
 if(TVX_SANITIZE)
   target_compile_options(tvx_compile INTERFACE

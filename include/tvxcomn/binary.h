@@ -18,7 +18,8 @@ TVXCOMN_BEGIN
 /* ---- Values of fixed size as raw memory, in the machine's byte order ---------------------- */
 
 /* Towards bin the zero fill is honoured; a varbin record always has room. The sources ui2, ui4 and
- * ui8 are reached through the routine table (com_conv_func). */
+ * ui8 are reached through the routine table (com_conv_func). A numeric with a precision that is not
+ * 1 to 77, or a scale above 77, is CS_CONV_DOMAIN with nothing written. */
 TVXCOMN_API comn_conversion comn_i1tobin, comn_i2tobin, comn_i4tobin, comn_i8tobin, comn_flt4tobin,
     comn_flt8tobin, comn_moneytobin, comn_mny4tobin, comn_numtobin;
 TVXCOMN_API comn_conversion comn_i1tovarbin, comn_i2tovarbin, comn_i4tovarbin, comn_i8tovarbin,

@@ -107,9 +107,10 @@ TVXCOMN_API int32_t com__mny4tomny(const int32_t* source, comn_money* destinatio
 /* The amount as a double, high x 429496.7296 + low / 10000. `length` is not read. Returns 8. */
 TVXCOMN_API int32_t com__mnytoflt8(const comn_money* value, int32_t length, double* destination);
 
-/* The double rounded half away from zero at the fourth decimal. Returns 8; -1 with the amount zero
- * when it is out of range or NaN. A null source or a length of 0 is the amount zero. `ignored` is
- * not read. */
+/* The double rounded half away from zero at the fourth decimal, in steps of doubles: beyond 10^11
+ * the last digits can differ from the nearest amount's. Returns 8; -1 with the amount zero when it
+ * is out of range or NaN. A null source or a length of 0 is the amount zero. `ignored` is not
+ * read. */
 TVXCOMN_API int32_t com__flt8tomny(const double* source, int32_t length, comn_money* destination,
                                    int32_t ignored);
 

@@ -186,9 +186,9 @@ TVXCOMN_API comn_conversion comn_bittonum, comn_i1tonum, comn_i2tonum, comn_i4to
 
 /* Numerics to scalars. A source whose precision is not 1 to 77, or whose scale is above 77, is
  * CS_CONV_DOMAIN with nothing written, here and below. Floats get the nearest value, with the limit
- * and CS_CONV_OVERFLOW beyond their range; integers follow the rules of flt8 (truncation, limits);
- * i8 and ui8 get the integer part exactly, or a limit with CS_CONV_OVERFLOW above and
- * CS_CONV_UNDERFLOW below their range. */
+ * and CS_CONV_OVERFLOW beyond their range, and CS_CONV_UNDERFLOW when flt4 has but zero for another
+ * value; integers follow the rules of flt8 (truncation, limits); i8 and ui8 get the integer part
+ * exactly, or a limit with CS_CONV_OVERFLOW above and CS_CONV_UNDERFLOW below their range. */
 TVXCOMN_API comn_conversion comn_numtobit, comn_numtoi1, comn_numtoi2, comn_numtoi4, comn_numtoi8,
     comn_numtoui2, comn_numtoui4, comn_numtoui8, comn_numtoflt4, comn_numtoflt8;
 

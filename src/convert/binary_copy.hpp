@@ -6,6 +6,7 @@
 #include "convert/forms.hpp"
 #include "convert/scalar_types.hpp"
 #include "datetime/values.hpp"
+#include "numeric/decimal.hpp"
 
 namespace tvx::convert {
 
@@ -48,15 +49,26 @@ int32_t varbin_to_varbin(const Call& call);
 template <class Fixed>
 inline constexpr int32_t kFixedSize = sizeof(typename Fixed::Value);
 
+// Of the values without a family of their own only an exact numeric can be none of its type.
+template <class Fixed>
+bool is_legal_source(const Call& call) {
+  if constexpr (std::is_same_v<typename Fixed::Value, comn_numeric>)
+    return numeric::is_numeric(*static_cast<const comn_numeric*>(call.source));
+  else
+    return true;
+}
+
 template <class Fixed>
 int32_t fixed_type_to_bin(const Call& call) {
   call.require_codes(Fixed::codes, kBinFamily);
+  if (!is_legal_source<Fixed>(call)) return CS_CONV_DOMAIN;
   return fixed_to_bin(call, kFixedSize<Fixed>);
 }
 
 template <class Fixed>
 int32_t fixed_type_to_varbin(const Call& call) {
   call.require_codes(Fixed::codes, kVarbin);
+  if (!is_legal_source<Fixed>(call)) return CS_CONV_DOMAIN;
   return fixed_to_varbin(call, kFixedSize<Fixed>);
 }
 

@@ -99,8 +99,9 @@ int32_t scalar_to_num(comn_context* context, const comn_datafmt* source_format, 
   *output_length = sizeof(comn_numeric);
 
   NumericType wanted{destination_format->precision, destination_format->scale};
-  if (may_decide && wanted.precision == CS_TAKE_FROM_SOURCE) wanted = kTypeOfEightBytes;
-  const int32_t bad_type = check_type(wanted, false);
+  const bool is_left_open = may_decide && wanted.precision == CS_TAKE_FROM_SOURCE;
+  const int32_t bad_type = check_type(wanted, is_left_open);
+  if (is_left_open) wanted = kTypeOfEightBytes;
   if (bad_type != CS_SUCCEED) return runtime::traced(bad_type);
   numeric::Decimal value;
   const bool fits = build_numeric<Source>(number, wanted, value);
@@ -144,7 +145,11 @@ template <class Destination>
     }
     return {part.value, CS_SUCCEED, false};
   } else {
-    return convert_scalar<type::flt8, Destination>(numeric::to_double(value));
+    auto outcome = convert_scalar<type::flt8, Destination>(numeric::to_double(value));
+    if constexpr (std::is_floating_point_v<D>) {
+      if (outcome.value == 0 && !value.is_zero()) outcome.code = CS_CONV_UNDERFLOW;
+    }
+    return outcome;
   }
 }
 

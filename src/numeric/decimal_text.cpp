@@ -261,9 +261,14 @@ int32_t precision_from_text(int64_t digits_read, const Decimal& value) {
   const char* const end = text.data() + text.size();
   const Mantissa mantissa = scan_mantissa(text.data(), end);
   Exponent exponent{0, true};
-  const char* const mark =
-      std::find_if(mantissa.end, end, [](char c) { return c == 'e' || c == 'E'; });
-  if (mark != end) exponent = read_exponent(mark + 1, std::find(mark, end, '\0'));
+  // An exponent is looked for up to a zero byte, and ends there.
+  const char* const text_end = std::find(mantissa.end, end, '\0');
+  const char* mark =
+      std::find_if(mantissa.end, text_end, [](char c) { return c == 'e' || c == 'E'; });
+  if (mark != text_end)
+    exponent = read_exponent(mark + 1, text_end);
+  else
+    mark = end;
   if (!exponent.is_valid) return DecimalStatus::kInvalid;
 
   const bool scale_from_text = rules.scale == kFromText;

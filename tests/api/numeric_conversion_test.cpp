@@ -160,6 +160,8 @@ TEST(Numeric, FromScalars) {
             from(TVX_TYPE_UI8, bytes_of(UINT64_MAX), take));
   EXPECT_EQ((Outcome{CS_CONV_BADPREC, 35, untouched(35)}),
             from(TVX_TYPE_I4, bytes_of(int32_t{1}), take));
+  EXPECT_EQ((Outcome{CS_CONV_BADSCALE, 35, untouched(35)}),
+            from(TVX_TYPE_I8, bytes_of(int64_t{1}), numeric_format(kTake, 78)));
   EXPECT_EQ(gives(kOk, "2.001"), from(TVX_TYPE_FLT8, bytes_of(2.0005), format));
   EXPECT_EQ(gives(kOk, "-0.500"), from(TVX_TYPE_FLT4, bytes_of(-0.5F), format));
   EXPECT_EQ(gives(kOk, "0"), from(TVX_TYPE_FLT8, bytes_of(-0.0), format));
@@ -192,6 +194,9 @@ TEST(Numeric, ToScalars) {
   expect_scalar<uint8_t>(TVX_TYPE_BIT, "-0", 3, 2, kOk, 0);
   expect_scalar<float>(TVX_TYPE_FLT4, (std::string("1") + std::string(40, '0')).c_str(), 41, 0,
                        kOver, FLT_MAX);
+  expect_scalar<float>(TVX_TYPE_FLT4, "-1", 50, 50, CS_CONV_UNDERFLOW, -0.0F);
+  expect_scalar<float>(TVX_TYPE_FLT4, "1", 45, 45, kOk, 1e-45F);
+  expect_scalar<float>(TVX_TYPE_FLT4, "-0", 45, 45, kOk, 0);
   std::mt19937 random(11);
   for (int i = 0; i < 20'000; ++i) {
     const auto scale = static_cast<int32_t>(random() % 78);
@@ -201,10 +206,13 @@ TEST(Numeric, ToScalars) {
     expect_scalar(TVX_TYPE_FLT8, digits.c_str(), 77, scale, kOk, nearest);
   }
   for (const int header : {0, 78, 255})
-    EXPECT_EQ((Outcome{CS_CONV_DOMAIN, kNoLength, untouched(4)}),
-              convert(numeric_format(1, 0),
-                      std::string(1, static_cast<char>(header)) + std::string(34, '\0'),
-                      format_of(TVX_TYPE_I4)));
+    for (const int32_t code : {TVX_TYPE_I4, TVX_TYPE_BIN, TVX_TYPE_VARBIN}) {
+      const comn_datafmt to = format_of(code, 4);
+      EXPECT_EQ((Outcome{CS_CONV_DOMAIN, kNoLength,
+                         untouched(static_cast<size_t>(comn_typelen(code, 4)))}),
+                convert(numeric_format(1, 0),
+                        std::string(1, static_cast<char>(header)) + std::string(34, '\0'), to));
+    }
 }
 
 TEST(Numeric, ToNumericsAndBinary) {

@@ -99,6 +99,7 @@ TEST(DecimalText, Rows) {
       {"1 2", 5, 0, kBad, kBad, ""},
       {"1 e5", 9, 0, kBad, kBad, ""},
       {std::string("1\0", 2), 5, 0, kBad, kBad, ""},
+      {std::string("0.75\0e-3", 8), 5, 1, kDrop, kDone, "0.8"},  // no exponent behind a zero byte
   };
   for (const auto& row : kRows) {
     for (const bool rounding : {false, true}) {
