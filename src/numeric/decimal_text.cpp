@@ -13,8 +13,6 @@
 namespace tvx::numeric {
 namespace {
 
-constexpr uint64_t kZeroCharacters = 0x3030303030303030;
-
 constexpr bool is_digit(char c) {
   return c >= '0' && c <= '9';
 }
@@ -326,14 +324,10 @@ namespace {
 
 // Writes the nineteen digits of a value below 10^19 in front of `end`, and a zero before them.
 void write_nineteen(char* end, uint64_t value) {
-  constexpr uint64_t ten_to_8 = 100'000'000;
-  const auto write_eight = [](char* at, uint64_t eight) {
-    store_eight(at, eight_digits_of(static_cast<uint32_t>(eight)) | kZeroCharacters);
-  };
-  const uint64_t upper = value / ten_to_8;
-  write_eight(end - 8, value % ten_to_8);
-  write_eight(end - 16, upper % ten_to_8);
-  store_four(end - 20, three_digits_of(static_cast<uint32_t>(upper / ten_to_8)) | 0x30303030);
+  constexpr uint64_t ten_to_16 = kPowersOfTen[16];
+  const auto top = static_cast<uint32_t>(value / ten_to_16);
+  store_four(end - 20, three_digits_of(top) | 0x30303030);
+  SixteenDigits::of(value % ten_to_16).store(end - 16);
 }
 
 }  // namespace

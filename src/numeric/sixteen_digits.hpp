@@ -1,5 +1,5 @@
-// Sixteen characters at a time as decimal digits: in a vector of the processor where there is one,
-// else in two words. Both forms offer the same.
+// Sixteen decimal digits at a time, from characters and back: in a vector of the processor where
+// there is one, else in two words. Both forms offer the same.
 #pragma once
 
 #include <array>
@@ -54,6 +54,11 @@ public:
   static SixteenDigitsInWords from_text(uint64_t first, uint64_t second) {
     return {first ^ kZeros, second ^ kZeros};
   }
+  // Those of a number below 10^16.
+  static SixteenDigitsInWords of(uint64_t value) {
+    return {eight_digits_of(static_cast<uint32_t>(value / 100'000'000)),
+            eight_digits_of(static_cast<uint32_t>(value % 100'000'000))};
+  }
 
   // The last `count`, 0 to 16, behind zeros.
   [[nodiscard]] SixteenDigitsInWords last(size_t count) const {
@@ -84,6 +89,12 @@ public:
            value_of_eight_digits(second_ + kZeros);
   }
 
+  // Writes the characters.
+  void store(char* at) const {
+    store_eight(at, first_ | kZeros);
+    store_eight(at + 8, second_ | kZeros);
+  }
+
 private:
   static constexpr uint64_t kZeros = 0x3030303030303030;
 
@@ -110,6 +121,25 @@ public:
         _mm_set_epi64x(static_cast<int64_t>(second), static_cast<int64_t>(first)));
   }
 
+  // Eights are parted into fours, fours into pairs and pairs into digits, all at once: quotients by
+  // reciprocals that are exact for the parts' ranges, 0xD1B71759 / 2^45, 5243 / 2^19, 103 / 2^10.
+  static SixteenDigitsInVector of(uint64_t value) {
+    const __m128i eights = _mm_set_epi64x(static_cast<int64_t>(value % 100'000'000),
+                                          static_cast<int64_t>(value / 100'000'000));
+    const __m128i upper_fours =
+        _mm_srli_epi64(_mm_mul_epu32(eights, _mm_set1_epi64x(0xD1B71759)), 45);
+    const __m128i lower_fours =
+        _mm_sub_epi64(eights, _mm_mul_epu32(upper_fours, _mm_set1_epi64x(10'000)));
+    const __m128i fours = _mm_or_si128(upper_fours, _mm_slli_epi64(lower_fours, 32));
+    const __m128i upper_pairs = _mm_srli_epi16(_mm_mulhi_epu16(fours, _mm_set1_epi16(5243)), 3);
+    const __m128i lower_pairs =
+        _mm_sub_epi16(fours, _mm_mullo_epi16(upper_pairs, _mm_set1_epi16(100)));
+    const __m128i pairs = _mm_or_si128(upper_pairs, _mm_slli_epi32(lower_pairs, 16));
+    const __m128i tens = _mm_srli_epi16(_mm_mullo_epi16(pairs, _mm_set1_epi16(103)), 10);
+    const __m128i ones = _mm_sub_epi16(pairs, _mm_mullo_epi16(tens, _mm_set1_epi16(10)));
+    return {_mm_or_si128(tens, _mm_slli_epi16(ones, 8))};
+  }
+
   [[nodiscard]] SixteenDigitsInVector last(size_t count) const {
     return {_mm_and_si128(digits_, last_bytes(count))};
   }
@@ -134,6 +164,10 @@ public:
         _mm_madd_epi16(_mm_packs_epi32(fours, fours), _mm_set1_epi32(10'000 + (1 << 16)));
     const auto both = static_cast<uint64_t>(_mm_cvtsi128_si64(eights));
     return static_cast<uint32_t>(both) * uint64_t{100'000'000} + (both >> 32);
+  }
+
+  void store(char* at) const {
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(at), _mm_or_si128(digits_, _mm_set1_epi8('0')));
   }
 
 private:

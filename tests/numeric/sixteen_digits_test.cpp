@@ -56,6 +56,24 @@ TYPED_TEST(SixteenDigitsTest, AreTheCharacters) {
   }
 }
 
+TYPED_TEST(SixteenDigitsTest, OfANumber) {
+  constexpr uint64_t limit = 10'000'000'000'000'000;
+  const auto expect = [](uint64_t value) {
+    char text[17] = {};
+    TypeParam::of(value).store(text);
+    const std::string expected = std::to_string(limit + value).substr(1);
+    ASSERT_EQ(text, expected);
+    ASSERT_EQ(TypeParam::of(value).value(), value);
+  };
+  for (uint64_t four = 0; four < 10'000; ++four)  // each in every place
+    for (const uint64_t unit :
+         {uint64_t{1}, limit / 1'000'000'000'000, limit / 100'000'000, limit / 10'000})
+      expect(four * unit);
+  std::mt19937_64 random(7);
+  for (int round = 0; round < 100'000; ++round) expect(random() % limit);
+  expect(limit - 1);
+}
+
 TYPED_TEST(SixteenDigitsTest, TheLastOfATextStandInItsEnd) {
   for (size_t size = 0; size <= 40; ++size) {
     const auto text = std::make_unique<char[]>(size);  // no byte more
