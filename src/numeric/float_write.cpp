@@ -10,14 +10,13 @@
 #include <cstdint>
 #include <cstring>
 
-#include "numeric/eight_digits.hpp"
 #include "numeric/powers_of_five.hpp"
+#include "numeric/sixteen_digits.hpp"
 
 namespace tvx::numeric {
 namespace {
 
 constexpr uint64_t kTenTo16 = 10'000'000'000'000'000;
-constexpr uint64_t kZeroCharacters = 0x3030303030303030;
 
 struct Decimal17 {
   uint64_t digits;  // 10^16 .. 10^17 - 1
@@ -61,27 +60,20 @@ Decimal17 seventeen_digits(uint64_t significand, int exponent) {
   return {rounded, decimal_exponent + one_too_many};
 }
 
-// The digits of a Decimal17 as values 0 .. 9.
+// The digits of a Decimal17.
 struct DigitBytes {
   char first;
-  uint64_t upper;  // digits 2 to 9
-  uint64_t lower;  // digits 10 to 17
-  int count;       // without trailing zeros
+  SixteenDigits others;
+  size_t count;  // without trailing zeros
 
-  explicit DigitBytes(uint64_t digits) {
-    first = static_cast<char>(digits / kTenTo16);
-    digits %= kTenTo16;
-    upper = eight_digits_of(static_cast<uint32_t>(digits / 100'000'000));
-    lower = eight_digits_of(static_cast<uint32_t>(digits % 100'000'000));
-    count = lower != 0   ? 17 - std::countl_zero(lower) / 8
-            : upper != 0 ? 9 - std::countl_zero(upper) / 8
-                         : 1;
-  }
+  explicit DigitBytes(uint64_t digits)
+      : first(static_cast<char>('0' + digits / kTenTo16)),
+        others(SixteenDigits::of(digits % kTenTo16)),
+        count(1 + others.significant_digits()) {}
 
   void store(char* out) const {
-    out[0] = static_cast<char>('0' + first);
-    store_eight(out + 1, upper | kZeroCharacters);
-    store_eight(out + 9, lower | kZeroCharacters);
+    out[0] = first;
+    others.store(out + 1);
   }
 };
 
@@ -108,15 +100,12 @@ char* write_fixed_form(const DigitBytes& digits, int exponent, char* out) {
     return out + 1 - exponent + digits.count;
   }
   digits.store(out);
-  if (digits.count <= exponent + 1) return out + exponent + 1;
-  // Digits 2 to 17 as one number; those behind the point move up by a byte.
-  const int whole_bits = 8 * exponent;
-  const Uint128 all = (static_cast<Uint128>(digits.lower | kZeroCharacters) << 64) |
-                      (digits.upper | kZeroCharacters);
-  const Uint128 whole = all & ((Uint128{1} << whole_bits) - 1);
-  const Uint128 pointed = whole | (Uint128{'.'} << whole_bits) | ((all ^ whole) << 8);
+  const auto in_front = static_cast<size_t>(exponent);  // of the point, behind the first digit
+  if (digits.count <= in_front + 1) return out + in_front + 1;
+  // Those behind the point move up by a character.
   out[17] = out[16];
-  std::memcpy(out + 1, &pointed, sizeof pointed);
+  digits.others.joined(digits.others.moved_back(), 16 - in_front).store(out + 1);
+  out[in_front + 1] = '.';
   return out + digits.count + 1;
 }
 

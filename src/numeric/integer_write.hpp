@@ -9,6 +9,7 @@
 #include <type_traits>
 
 #include "numeric/eight_digits.hpp"
+#include "numeric/sixteen_digits.hpp"
 
 namespace tvx::numeric {
 
@@ -86,16 +87,15 @@ inline void write_digits(char* out, uint32_t value, int length) {
 inline void write_digits(char* out, uint64_t value, int length) {
   using detail::kTenTo8;
   if (length <= 8) return store_digits(out, static_cast<uint32_t>(value), length);
-  uint64_t upper = value / kTenTo8;
-  const uint64_t last = value - upper * kTenTo8;
   if (length <= 16) {
+    const uint64_t upper = value / kTenTo8;
     store_digits_widely(out, upper, length - 8);
+    store_digits_widely(out + length - 8, value - upper * kTenTo8, 8);
   } else {
-    const uint64_t top = upper / kTenTo8;
-    store_digits_widely(out, top, length - 16);
-    store_digits_widely(out + length - 16, upper - top * kTenTo8, 8);
+    const uint64_t upper = value / kPowersOfTen[16];
+    store_digits_widely(out, upper, length - 16);
+    SixteenDigits::of(value - upper * kPowersOfTen[16]).store(out + length - 16);
   }
-  store_digits_widely(out + length - 8, last, 8);
 }
 
 // The decimal text of one integer: its length is known before a character is written.

@@ -83,6 +83,11 @@ public:
     return static_cast<size_t>(bits / 8);
   }
   [[nodiscard]] bool are_digits() const { return (marks(first_) | marks(second_)) == 0; }
+  // How many there are without the zeros at the end.
+  [[nodiscard]] size_t significant_digits() const {
+    const int zeros = second_ != 0 ? std::countl_zero(second_) : 64 + std::countl_zero(first_);
+    return static_cast<size_t>(16 - zeros / 8);
+  }
 
   [[nodiscard]] uint64_t value() const {
     return uint64_t{value_of_eight_digits(first_ + kZeros)} * 100'000'000 +
@@ -153,6 +158,10 @@ public:
     return static_cast<size_t>(std::countr_zero(marks() | 1U << 16));
   }
   [[nodiscard]] bool are_digits() const { return marks() == 0; }
+  [[nodiscard]] size_t significant_digits() const {
+    const int zeros = _mm_movemask_epi8(_mm_cmpeq_epi8(digits_, _mm_setzero_si128()));
+    return static_cast<size_t>(std::bit_width(static_cast<uint32_t>(zeros ^ 0xFFFF)));
+  }
 
   // Neighbours are joined to pairs, pairs to fours and fours to eights.
   [[nodiscard]] uint64_t value() const {

@@ -64,6 +64,7 @@ TYPED_TEST(SixteenDigitsTest, OfANumber) {
     const std::string expected = std::to_string(limit + value).substr(1);
     ASSERT_EQ(text, expected);
     ASSERT_EQ(TypeParam::of(value).value(), value);
+    ASSERT_EQ(TypeParam::of(value).significant_digits(), expected.find_last_not_of('0') + 1);
   };
   for (uint64_t four = 0; four < 10'000; ++four)  // each in every place
     for (const uint64_t unit :
