@@ -8,6 +8,8 @@
 
 #include "numeric/eight_digits.hpp"
 #include "numeric/float_nearest.hpp"
+#include "numeric/integer_write.hpp"
+#include "numeric/sixteen_digits.hpp"
 
 namespace tvx::numeric {
 namespace {
@@ -50,8 +52,14 @@ inline Digits read_digits(uint64_t value, const char* text, const char* end) {
   return {value, text};
 }
 
-// The same, eight at a time.
+// The same, sixteen and eight at a time.
 inline Digits read_many_digits(uint64_t value, const char* text, const char* end) {
+  while (end - text >= 16) {
+    const auto digits = SixteenDigits::load(text);
+    if (!digits.are_digits()) break;
+    value = value * kPowersOfTen[16] + digits.value();
+    text += 16;
+  }
   while (end - text >= 8) {
     const uint64_t word = load_eight(text);
     if (!are_eight_digits(word)) break;
