@@ -95,7 +95,7 @@ TVXCOMN_API int32_t comn_disp_width(const com_charattr* record,
                                     const char* character); /* columns on a display */
 
 /* The ASCII form: of the to-ASCII table if there is one (0: none), else the lower-case form, else
- * the byte itself. */
+ * the byte itself. Without that table a character of two bytes or more has none, 0. */
 TVXCOMN_API int32_t comn_to_ascii(const com_charattr* record, const char* character);
 
 /* Writes the upper-case (lower-case) form of a character, as long as the character itself, to

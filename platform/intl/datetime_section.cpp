@@ -21,10 +21,11 @@ const char* required_value(Scanner& scanner) {
 void read_text(Scanner& scanner, std::span<char> slot) {
   const char* value = required_value(scanner);
   if (value == nullptr) return;
-  const size_t size = std::strlen(value) + 1;
-  if (size == 1) return scanner.fail(ErrorKind::kTextEmpty, scanner.text_line());
-  if (size > slot.size()) return scanner.fail(ErrorKind::kTextTooLong, scanner.text_line());
-  std::memcpy(slot.data(), value, size);
+  const size_t length = scanner.value_length();
+  if (length == 0) return scanner.fail(ErrorKind::kTextEmpty, scanner.text_line());
+  if (length >= slot.size()) return scanner.fail(ErrorKind::kTextTooLong, scanner.text_line());
+  if (std::strlen(value) < length) return scanner.fail(ErrorKind::kZeroInText, scanner.text_line());
+  std::memcpy(slot.data(), value, length + 1);
 }
 
 template <size_t count, size_t size>
@@ -38,7 +39,8 @@ void read_word(Scanner& scanner, std::span<const std::string_view> words, ErrorK
                int32_t& number) {
   const char* value = required_value(scanner);
   if (value == nullptr) return;
-  const auto found = std::find(words.begin(), words.end(), value);
+  const std::string_view word(value, scanner.value_length());
+  const auto found = std::find(words.begin(), words.end(), word);
   if (found == words.end()) return scanner.fail(kind, scanner.text_line());
   number = static_cast<int32_t>(found - words.begin());
 }

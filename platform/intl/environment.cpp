@@ -21,8 +21,9 @@ namespace {
 constexpr char kHomeVariable[] = "TARVEX";
 constexpr char kHomeUser[] = "tarvex";
 
-// Empty when the variable is unset.
+// Empty when the variable is unset. No name has an equals sign, though a search would find one.
 std::string_view variable(const char* name) {
+  if (std::string_view(name).find('=') != std::string_view::npos) return {};
   const char* value = std::getenv(name);
   return value == nullptr ? std::string_view() : value;
 }
@@ -47,12 +48,14 @@ std::string_view home_of_user(std::span<char> scratch) {
 }
 
 // The data directory installed beside the library, in `scratch`; empty when it is not there. A
-// build that is used where it was made, and an installation that was moved, find their data so.
+// build that is used where it was made, and an installation that was moved or is reached through a
+// link, find their data so.
 std::string_view data_beside_library(std::span<char, PATH_MAX> scratch) {
   static const char kInThisLibrary = 0;
   Dl_info library;
   if (dladdr(&kInThisLibrary, &library) == 0 || library.dli_fname == nullptr) return {};
-  const std::string_view file = library.dli_fname;
+  if (realpath(library.dli_fname, scratch.data()) == nullptr) return {};
+  const std::string_view file = scratch.data();
   char path[PATH_MAX];
   TextWriter writer(path);
   writer.put(file.substr(0, file.rfind('/') + 1));

@@ -54,7 +54,8 @@ namespace tvx::intl {
   X(kNoDays,            74, "the datetime section has no days")                                 \
   X(kNoFirstDay,        75, "the datetime section has no first_day")                            \
   X(kNoDateOrder,       76, "the datetime section has no date_order")                           \
-  X(kNoTwelveHour,      77, "the datetime section has no twelve_hour")
+  X(kNoTwelveHour,      77, "the datetime section has no twelve_hour")                           \
+  X(kZeroInText,        78, "a zero byte in a text")
 // clang-format on
 
 #define TVX_INTL_ENUMERATOR(name, number, text) name = number,

@@ -40,6 +40,7 @@ public:
   }
   bool after_blank() const { return after_blank_; }
   bool empty() const { return begin_ == end_; }
+  size_t length() const { return static_cast<size_t>(end_ - begin_); }
   char* terminate() {
     *end_ = '\0';
     return begin_;
@@ -177,6 +178,7 @@ char* Scanner::read_plain() {
   }
   if (error_ != 0) return nullptr;
   has_value_ = pass_comma();
+  value_length_ = value.length();
   return error_ == 0 ? value.terminate() : nullptr;
 }
 
@@ -199,6 +201,7 @@ char* Scanner::read_pieces() {
   if (error_ != 0) return nullptr;
   // A run of n bytes is written in 2 + 2 n characters, so at least three are left to clear.
   std::memset(out, 0, static_cast<size_t>(piece_end - out));
+  value_length_ = static_cast<size_t>(out - value);
   return value;
 }
 

@@ -41,6 +41,8 @@ public:
   char* next_entry();
   char* next_value();
 
+  // Bytes of the last returned value, zero bytes among them included.
+  size_t value_length() const { return value_length_; }
   // Whether the entry has a further value.
   bool has_value() const { return has_value_; }
   // The line on which the last returned text begins.
@@ -71,6 +73,7 @@ private:
 
   char* next_;  // what is not yet scanned
   char* end_;
+  size_t value_length_ = 0;
   int32_t line_ = 1;
   int32_t text_line_ = 0;
   int32_t error_ = 0;

@@ -56,7 +56,10 @@ TEST(HomeDirectory, IsOfTheVariableOrTheUserOrBesideTheLibrary) {
   Dl_info library;
   ASSERT_NE(dladdr(dlsym(RTLD_DEFAULT, "intl_home"), &library), 0);
   fs::copy_file(fs::canonical(library.dli_fname), copy);
-  void* handle = dlopen(copy.c_str(), RTLD_NOW | RTLD_LOCAL);
+  // It is reached through a link that lies elsewhere.
+  const std::string link = scratch.path() + "/link.so";
+  fs::create_symlink(copy, link);
+  void* handle = dlopen(link.c_str(), RTLD_NOW | RTLD_LOCAL);
   ASSERT_NE(handle, nullptr) << dlerror();
   Home* home_of_copy = reinterpret_cast<Home*>(dlsym(handle, "intl_home"));
 
@@ -81,6 +84,7 @@ TEST(HomeDirectory, IsOfTheVariableOrTheUserOrBesideTheLibrary) {
 
 TEST(Environment, ValuesAreWrittenWholeOrNotAtAll) {
   setenv("TVX_TEST", "value", 1);
+  setenv("TVX_EQUALS", "a=b", 1);
   setenv("TVX_EMPTY", "", 1);
   setenv("TARVEX", "value", 1);
   for (int32_t size = -1; size < 8; ++size) {
@@ -92,7 +96,7 @@ TEST(Environment, ValuesAreWrittenWholeOrNotAtAll) {
     EXPECT_EQ(directory.string(), value.string());
   }
   unsetenv("TARVEX");
-  for (const char* name : {"TVX_EMPTY", "TVX_UNSET", "", "TVX_TEST=value"}) {
+  for (const char* name : {"TVX_EMPTY", "TVX_UNSET", "", "TVX_TEST=value", "TVX_EQUALS=a"}) {
     GuardedText buffer("old", 4);
     EXPECT_EQ(intlgetenv(buffer.begin(), 4, name), 0) << name;
     EXPECT_EQ(buffer.string(), "");
