@@ -343,6 +343,7 @@ int32_t construct(Number number, uint8_t* field, int32_t length, uint8_t* precis
   *precision = static_cast<uint8_t>(value.precision);
   *scale = static_cast<uint8_t>(value.scale);
   const DecimalStatus status = assign(value, number);
+  // A scale that was left to a double stands now.
   if (status == DecimalStatus::kDone) *scale = static_cast<uint8_t>(value.scale);
   return finish(status, value, out);
 }

@@ -101,8 +101,8 @@ int32_t scalar_to_num(comn_context* context, const comn_datafmt* source_format, 
   NumericType wanted{destination_format->precision, destination_format->scale};
   const bool is_left_open = may_decide && wanted.precision == CS_TAKE_FROM_SOURCE;
   const int32_t bad_type = check_type(wanted, is_left_open);
-  if (is_left_open) wanted = kTypeOfEightBytes;
   if (bad_type != CS_SUCCEED) return runtime::traced(bad_type);
+  if (is_left_open) wanted = kTypeOfEightBytes;
   numeric::Decimal value;
   const bool fits = build_numeric<Source>(number, wanted, value);
   return runtime::traced(
@@ -146,7 +146,7 @@ template <class Destination>
     return {part.value, CS_SUCCEED, false};
   } else {
     auto outcome = convert_scalar<type::flt8, Destination>(numeric::to_double(value));
-    if constexpr (std::is_floating_point_v<D>) {
+    if constexpr (std::is_floating_point_v<D>) {  // the least number is 10^-77, which flt8 has
       if (outcome.value == 0 && !value.is_zero()) outcome.code = CS_CONV_UNDERFLOW;
     }
     return outcome;

@@ -126,8 +126,8 @@ private:
 
 // The digits of a number from its first one other than zero on.
 struct PlainDigits {
-  size_t digits;
-  size_t fraction;  // digits behind the point, with zeros in front of the first
+  int64_t digits;
+  int64_t fraction;  // digits behind the point, with zeros in front of the first
 };
 
 // Takes digits sixteen at a time, each but once: where the point is among them, the others close
@@ -160,15 +160,15 @@ bool take_digits(std::string_view text, const char* at, Uint256& magnitude, Plai
   auto group = last.last(left);
   if (!group.are_digits()) {
     const size_t behind = 15 - group.leading_digits();
-    if (point != nullptr || end[-1 - static_cast<ptrdiff_t>(behind)] != '.') return false;
-    point = end - 1 - behind;
+    const char* const other = end - 1 - behind;
+    if (point != nullptr || *other != '.') return false;
+    point = other;
     group = last.moved_back().joined(last, behind).last(--left);
     ++first;
     if (!group.are_digits()) return false;
   }
   groups.append(group.value(), left);
-  taken.digits = static_cast<size_t>(end - first);
-  taken.fraction = point == nullptr ? 0 : static_cast<size_t>(end - point - 1);
+  taken = {end - first, point == nullptr ? 0 : end - point - 1};
   return true;
 }
 
@@ -185,8 +185,7 @@ bool read_plain_decimal(std::string_view text, const DecimalTextRules& rules, De
 
   PlainDigits taken;
   if (!take_digits({text.data(), end}, at, value.magnitude, taken)) return false;
-  const auto digits = static_cast<int64_t>(taken.digits);
-  const auto fraction = static_cast<int64_t>(taken.fraction);
+  const auto [digits, fraction] = taken;
 
   const int64_t scale = rules.scale == kFromText ? fraction : rules.scale;
   const int64_t shift = scale - fraction;
