@@ -55,7 +55,9 @@ TVXCOMN_API int32_t com__bigdatediff(int32_t part, const uint64_t* start, const 
 /* ---- Weeks ---------------------------------------------------------------------------------- */
 
 /* Turns a position in weeks that begin on day `from` into one in weeks that begin on day `to`, 0 to
- * 6: ((from + position - 1) mod 7 + 8 - to) mod 7. Days are numbered 1 (Monday) to 7. */
+ * 6: ((from + position - 1) mod 7 + 8 - to) mod 7. Days are numbered 1 (Monday) to 7. Arguments
+ * are not checked: the remainders are those of C's signed 32-bit division, so that sums below zero
+ * give 0 to -6. */
 TVXCOMN_API int32_t com_intl_convt_firstday(int32_t position, int32_t from, int32_t to);
 
 TVXCOMN_END

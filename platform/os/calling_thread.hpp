@@ -15,9 +15,9 @@ struct CallingThread {
   std::atomic<ThreadControl*> control{nullptr};  // null: not started by this library, or at its end
   std::atomic<Waiter*> waiting{nullptr};         // where the thread stands in a queue
   std::atomic<uint32_t> deferrals{0};
-  std::atomic<bool> must_end{false};
-  std::atomic<uint32_t> id{0};      // the system's number; 0: not asked for yet
-  std::atomic<uint64_t> serial{0};  // a number that no other thread ever has; 0: the same
+  std::atomic<bool> must_end{false};  // it was asked to, while it could not
+  std::atomic<uint32_t> id{0};        // the system's number; 0: not asked for yet
+  std::atomic<uint64_t> serial{0};    // a number that no other thread ever has; 0: the same
 };
 
 // In the static part of thread-local memory, so that it is reached without a call.
@@ -32,9 +32,9 @@ inline uint64_t calling_thread_serial() {
   return serial != 0 ? serial : number_calling_thread();
 }
 
-// Ends the calling thread on the spot, for a thread that asked for it. Nothing of the thread's runs
-// any more, neither destructors of its objects nor of its thread-local ones.
-[[noreturn]] void end_calling_thread();
+// Ends the calling thread on the spot if one that asked for it still does. Nothing of the thread's
+// runs any more then, neither destructors of its objects nor of its thread-local ones.
+void end_if_asked();
 
 // While one lives, a request to end the thread waits; the thread then ends itself. Sections under
 // it are short, but for those that wait for another thread's end.
@@ -45,7 +45,7 @@ public:
   ~EndDeferred() {
     set(count() - 1);
     if (calling_thread.must_end.load(std::memory_order_relaxed) && count() == 0) [[unlikely]]
-      end_calling_thread();
+      end_if_asked();
   }
 
   EndDeferred(const EndDeferred&) = delete;

@@ -2,9 +2,9 @@
 // their end, thread-local keys, priorities, stack pointers, re-entrant mutexes, events, semaphores
 // and conditions.
 //
-// posix_word.cpp and posix_threads.cpp are behind it. Mutexes and queues are made of words that a
-// thread can sleep on (word.hpp) and the same everywhere; a source for another system stands beside
-// posix.cpp and brings those words and what concerns threads themselves.
+// Mutexes and queues are made of words that a thread can sleep on (word.hpp) and the same
+// everywhere. posix_word.cpp brings those words and posix_threads.cpp what concerns threads
+// themselves; the sources for another system stand beside them.
 #pragma once
 
 #include <atomic>
@@ -176,12 +176,13 @@ public:
   // object.
   bool start(Routine* routine, void* argument, uint32_t stack_size);
 
-  // Waits until the thread has ended, its thread-local destructors included. False when the
-  // deadline passed first, and always for the calling thread.
+  // Waits until the thread has ended, its thread-local destructors included; once the routine is
+  // left, without limit. False when the deadline passed before that, and always for the calling
+  // thread.
   bool wait(Deadline deadline);
 
-  // Ends the thread wherever it is, unless it has ended, and waits until it is gone. False when it
-  // did not let itself be ended: it goes on. Not for the calling thread.
+  // Ends the thread wherever it is, unless it has left its routine, and waits until it is gone.
+  // False when it did not let itself be ended: it goes on. Not for the calling thread.
   bool terminate();
 
   // Priorities are relative to the process's main thread. False when the process has no right to

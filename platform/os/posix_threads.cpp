@@ -40,7 +40,7 @@ void forget_id() {
   calling_thread.id.store(0, std::memory_order_relaxed);
 }
 
-[[maybe_unused]] const int fork_handler = pthread_atfork(nullptr, nullptr, forget_id);
+const bool ids_are_forgotten = pthread_atfork(nullptr, nullptr, forget_id) == 0;
 
 }  // namespace
 
@@ -55,7 +55,7 @@ uint32_t thread_id() {
   uint32_t id = calling_thread.id.load(std::memory_order_relaxed);
   if (id == 0) [[unlikely]] {
     id = static_cast<uint32_t>(gettid());
-    calling_thread.id.store(id, std::memory_order_relaxed);
+    if (ids_are_forgotten) calling_thread.id.store(id, std::memory_order_relaxed);
   }
   return id;
 }
@@ -86,8 +86,6 @@ void* key_value(uint32_t key) {
 
 // ---- What a thread and those who hold it share -------------------------------------------------
 
-enum class Request : uint32_t { kNothing, kStackPointer, kEnd };
-
 struct ThreadControl {
   ThreadControl(Thread::Routine* start, void* start_argument)
       : routine(start), argument(start_argument) {}
@@ -98,26 +96,66 @@ struct ThreadControl {
   pthread_t handle{};
   std::atomic<uint32_t> id{0};  // 0 until the thread takes requests
 
-  // Guards what follows, and is held while a request is under way: as long, the thread runs.
-  Mutex guard;
+  // As long as the thread runs, and the guard is held, its id and its handle are its own.
+  Lock guard;
   bool running = true;
-  bool joined = false;
 
-  std::atomic<Request> request{Request::kNothing};
-  Event answered{Event::Reset::kByWaiter};
-  void* stack_pointer = nullptr;  // the answer
+  // Every request is answered by the stack pointer, the end of the thread by a null one.
+  std::atomic<uint32_t> answers{0};
+  std::atomic<void*> stack_pointer{nullptr};
+
+  // How many ask the thread to end, and whether it has taken that up.
+  std::atomic<uint32_t> end_requests{0};
+  bool ended_on_request = false;  // to be read when it has ended
   Event ended{Event::Reset::kByHand};
+
+  Lock joining;
+  bool joined = false;
 
   std::jmp_buf exit;  // to the thread's first function
   uint32_t status = 0;
 
   std::atomic<int> users{2};  // the thread, and the object that stands for it
 
+  void answer(void* top_of_stack) {
+    stack_pointer.store(top_of_stack, std::memory_order_relaxed);
+    answers.fetch_add(1, std::memory_order_release);
+    wake_all(answers);
+  }
+
+  // By the thread itself, which is not ended meanwhile.
+  void stop_running() {
+    const std::lock_guard held(guard);
+    running = false;
+    answer(nullptr);
+  }
+
+  [[nodiscard]] bool is_running() {
+    const EndDeferred deferred;
+    const std::lock_guard held(guard);
+    return running;
+  }
+
+  // False when nobody asks any more.
+  bool take_end_request() {
+    uint32_t requests = end_requests.load();
+    while (requests != 0) {
+      if (end_requests.compare_exchange_weak(requests, requests | kTaken)) return true;
+    }
+    return false;
+  }
+
+  // False when the thread has taken the request.
+  bool withdraw_end_request() { return (end_requests.fetch_sub(1) & kTaken) == 0; }
+
   void leave() {
     if (users.fetch_sub(1, std::memory_order_acq_rel) != 1) return;
     this->~ThreadControl();
     comn_free(this);
   }
+
+private:
+  static constexpr uint32_t kTaken = 1U << 31;
 };
 
 namespace {
@@ -137,17 +175,10 @@ void answer_request(int, siginfo_t*, void* context) {
   ThreadControl* const control = calling_thread.control.load(std::memory_order_relaxed);
   if (control == nullptr) return;
   const int error = errno;
-  switch (control->request.exchange(Request::kNothing)) {
-    case Request::kNothing:
-      break;
-    case Request::kStackPointer:
-      control->stack_pointer = stack_pointer_of(*static_cast<const ucontext_t*>(context));
-      control->answered.signal();
-      break;
-    case Request::kEnd:
-      calling_thread.must_end.store(true, std::memory_order_relaxed);
-      const EndDeferred now_or_when_it_may;
-      break;
+  control->answer(stack_pointer_of(*static_cast<const ucontext_t*>(context)));
+  if (control->end_requests.load() != 0) {
+    calling_thread.must_end.store(true, std::memory_order_relaxed);
+    const EndDeferred now_or_when_it_may;
   }
   errno = error;
 }
@@ -175,14 +206,13 @@ void await_requests_taken(const ThreadControl& control) {
   while (control.id.load(std::memory_order_acquire) == 0) sleep_while(control.id, 0, kNever);
 }
 
-// Poses a request to a running thread, whose guard is held, and waits for the answer.
-bool ask(ThreadControl& control, Request request, Event& answer) {
+// Makes a thread look at what it is asked. False when it does not run, or cannot be sent the
+// signal.
+bool interrupt(ThreadControl& control) {
   await_requests_taken(control);
-  control.request.store(request);
-  if (pthread_kill(control.handle, request_signal()) == 0 && answer.wait(after(kPatience)))
-    return true;
-  const bool was_not_seen = control.request.exchange(Request::kNothing) == request;
-  return !was_not_seen && answer.wait(kNever);
+  const EndDeferred deferred;
+  const std::lock_guard held(control.guard);
+  return control.running && pthread_kill(control.handle, request_signal()) == 0;
 }
 
 void take_requests(ThreadControl& control) {
@@ -195,19 +225,31 @@ void take_requests(ThreadControl& control) {
   wake_all(control.id);
 }
 
-void* run(void* argument) {
-  auto& control = *static_cast<ThreadControl*>(argument);
-  take_requests(control);
-  if (setjmp(control.exit) == 0) control.status = control.routine(control.argument);
-  {
-    const std::lock_guard guard(control.guard);
-    control.running = false;
-  }
+// What still asks the thread to end is content with the end that it comes to by itself.
+void refuse_requests(ThreadControl& control) {
+  const EndDeferred deferred;
+  control.stop_running();
   calling_thread.control.store(nullptr, std::memory_order_relaxed);
-  const uintptr_t status = control.status;
-  control.ended.signal();
-  control.leave();
-  return std::bit_cast<void*>(status);
+}
+
+// The thread's part in its record ends with its first function, also when pthread_exit or a
+// cancellation unwinds that.
+struct ThreadsPart {
+  ThreadControl& control;
+
+  ~ThreadsPart() {
+    refuse_requests(control);
+    control.ended.signal();
+    control.leave();
+  }
+};
+
+void* run(void* argument) {
+  const ThreadsPart part{*static_cast<ThreadControl*>(argument)};
+  take_requests(part.control);
+  if (setjmp(part.control.exit) == 0)
+    part.control.status = part.control.routine(part.control.argument);
+  return std::bit_cast<void*>(uintptr_t{part.control.status});
 }
 
 bool create(ThreadControl& control, uint32_t stack_size) {
@@ -230,14 +272,18 @@ constexpr int kNiceDistances[] = {40, 10, 5, 0, -5, -10, -40};
 
 // ---- The end of a thread -----------------------------------------------------------------------
 
-void end_calling_thread() {
+void end_if_asked() {
   calling_thread.must_end.store(false, std::memory_order_relaxed);
+  ThreadControl* const control = calling_thread.control.load(std::memory_order_relaxed);
+  if (control == nullptr || !control->take_end_request()) return;
   if (Waiter* const waiter = calling_thread.waiting.load(std::memory_order_relaxed))
     waiter->queue->leave(*waiter);
   // The C library gives the stack to a later thread, together with the values of keys that the end
   // of a thread would have cleared.
   for (pthread_key_t key = 0; key < PTHREAD_KEYS_MAX; ++key) pthread_setspecific(key, nullptr);
-  calling_thread.control.load(std::memory_order_relaxed)->ended.signal();
+  control->stop_running();
+  control->ended_on_request = true;
+  control->ended.signal();
   for (;;) syscall(SYS_exit, 0);
 }
 
@@ -253,9 +299,11 @@ void exit_thread(uint32_t status) {
 
 Thread::~Thread() {
   if (control_ == nullptr) return;
-  {
-    const std::lock_guard guard(control_->guard);
-    if (!control_->joined) pthread_detach(control_->handle);
+  if (control_->ended.wait(kNow) && control_->ended_on_request) {
+    wait(kNever);       // the C library does not clear away after such a thread by itself
+    control_->leave();  // in the thread's place
+  } else if (!control_->joined) {
+    pthread_detach(control_->handle);
   }
   control_->leave();
 }
@@ -275,30 +323,25 @@ bool Thread::start(Routine* routine, void* argument, uint32_t stack_size) {
 
 bool Thread::wait(Deadline deadline) {
   if (is_calling_thread() || !control_->ended.wait(deadline)) return false;
-  const EndDeferred deferred;
-  const std::lock_guard guard(control_->guard);
+  const EndDeferred deferred;  // a join that is broken off could not be made again
+  const std::lock_guard held(control_->joining);
   control_->joined = control_->joined || pthread_join(control_->handle, nullptr) == 0;
   return control_->joined;
 }
 
+// The calling thread may itself be ended while it waits here: two threads may end each other.
 bool Thread::terminate() {
-  const EndDeferred deferred;
-  {
-    const std::lock_guard guard(control_->guard);
-    if (control_->running) {
-      if (!ask(*control_, Request::kEnd, control_->ended)) return false;
-      control_->running = false;
-      control_->leave();  // in the thread's place
-    }
-  }
+  control_->end_requests.fetch_add(1);
+  if (interrupt(*control_)) control_->ended.wait(after(kPatience));
+  if (control_->withdraw_end_request() && control_->is_running()) return false;
   return wait(kNever);
 }
 
 bool Thread::set_priority(Priority priority) {
-  const EndDeferred deferred;
-  const std::lock_guard guard(control_->guard);
-  if (!control_->running) return false;
   await_requests_taken(*control_);
+  const EndDeferred deferred;
+  const std::lock_guard held(control_->guard);
+  if (!control_->running) return false;
   const int normal = getpriority(PRIO_PROCESS, static_cast<id_t>(getpid()));
   const int nice = std::clamp(normal + kNiceDistances[static_cast<size_t>(priority)], -20, 19);
   return setpriority(PRIO_PROCESS, control_->id.load(std::memory_order_relaxed), nice) == 0;
@@ -306,11 +349,13 @@ bool Thread::set_priority(Priority priority) {
 
 void* Thread::stack_pointer() {
   if (is_calling_thread()) return __builtin_frame_address(0);
-  const EndDeferred deferred;
-  const std::lock_guard guard(control_->guard);
-  const bool answered =
-      control_->running && ask(*control_, Request::kStackPointer, control_->answered);
-  return answered ? control_->stack_pointer : nullptr;
+  const uint32_t before = control_->answers.load(std::memory_order_relaxed);
+  if (!interrupt(*control_)) return nullptr;
+  const Deadline deadline = after(kPatience);
+  while (control_->answers.load(std::memory_order_acquire) == before) {
+    if (!sleep_while(control_->answers, before, deadline)) return nullptr;
+  }
+  return control_->stack_pointer.load(std::memory_order_relaxed);
 }
 
 }  // namespace tvx::os

@@ -136,20 +136,25 @@ int32_t com__bigdateadd_both(int32_t part, int32_t amount, const comnb_value* so
 int32_t com__datediff(int32_t part, const comn_datetime* start, const comn_datetime* end,
                       int32_t* result) {
   require_pointers(start, end, result);
-  return result_of(
-      dt::difference(part, load<comn_datetime>(start), load<comn_datetime>(end), *result));
+  auto difference = load<int32_t>(result);
+  if (!dt::difference(part, load<comn_datetime>(start), load<comn_datetime>(end), difference))
+    return kRefused;
+  store(result, difference);
+  return kDone;
 }
 
 int32_t com__bigdatediff(int32_t part, const uint64_t* start, const uint64_t* end,
                          int64_t* result) {
   require_pointers(start, end, result);
-  dt::difference(part, load<uint64_t>(start), load<uint64_t>(end), *result);
+  auto difference = load<int64_t>(result);
+  dt::difference(part, load<uint64_t>(start), load<uint64_t>(end), difference);
+  store(result, difference);
   return kDone;
 }
 
 int32_t com_intl_convt_firstday(int32_t position, int32_t from, int32_t to) {
-  const auto modulo_week = [](int64_t days) { return (days % 7 + 7) % 7; };
-  return static_cast<int32_t>(modulo_week(modulo_week(int64_t{from} + position - 1) + 8 - to));
+  const auto modulo_week = [](int64_t days) { return static_cast<int32_t>(days) % 7; };
+  return modulo_week(int64_t{modulo_week(int64_t{from} + position - 1)} + 8 - to);
 }
 
 }  // extern "C"

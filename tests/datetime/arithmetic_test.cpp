@@ -290,8 +290,9 @@ TEST(Arithmetic, PositionsInWeeks) {
     EXPECT_LT(static_cast<uint32_t>(moved), 7u);
     EXPECT_EQ((from + position - 1) % 7, (to + moved - 1) % 7) << "the same day";
   }
-  for (const int32_t odd : {INT_MIN, INT_MAX})
-    EXPECT_LT(static_cast<uint32_t>(com_intl_convt_firstday(odd, odd, odd)), 7u);
+  EXPECT_EQ(-4, com_intl_convt_firstday(-5, 1, 7));
+  EXPECT_EQ(-2, com_intl_convt_firstday(-10, 3, 9));
+  EXPECT_EQ(-3, com_intl_convt_firstday(INT_MAX, INT_MAX, INT_MAX)) << "sums of 32 bits";
 }
 
 }  // namespace

@@ -10,17 +10,14 @@
 #include <string>
 
 #include "support/guarded_buffer.hpp"
+#include "support/sanitizers.hpp"
 #include "tvxcomn/numeric.h"
 
 namespace tvx::test {
 
 using Big = boost::multiprecision::cpp_int;
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-inline constexpr int kRounds = 5'000;
-#else
-inline constexpr int kRounds = 100'000;
-#endif
+inline constexpr int kRounds = kAddressSanitizer || kThreadSanitizer ? 5'000 : 100'000;
 
 inline Big ten_to(int exponent) {
   return boost::multiprecision::pow(Big(10), static_cast<unsigned>(exponent));

@@ -8,15 +8,12 @@
 #include <string>
 
 #include "list_heap.hpp"
+#include "support/sanitizers.hpp"
 
 namespace tvx::test {
 namespace {
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr int kOperations = 20'000;
-#else
-constexpr int kOperations = 1'000'000;
-#endif
+constexpr int kOperations = kAddressSanitizer || kThreadSanitizer ? 20'000 : 1'000'000;
 
 // The hash function as it is told: a word is held until the next one comes.
 uint32_t reference_hash(const std::string& key) {

@@ -93,6 +93,10 @@ const struct { std::string nxc, path; Builder* build; } kPaths[] = {
 };
 // clang-format on
 
+// Whoever runs the test may use an installation.
+[[maybe_unused]] const bool surroundings_are_bare =
+    unsetenv("TARVEX_NXC") == 0 && unsetenv("TARVEX_QTL_CFG") == 0;
+
 TEST(Paths, AreWrittenWholeOrNotAtAll) {
   for (const auto& row : kPaths) {
     setenv("TARVEX_NXC", row.nxc.c_str(), 1);

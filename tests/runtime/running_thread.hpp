@@ -10,16 +10,13 @@
 #include <string>
 #include <utility>
 
+#include "support/sanitizers.hpp"
 #include "tvxcomn/threads.h"
 
 namespace tvx::test {
 
 // ThreadSanitizer keeps signals back until a thread makes a call that it knows.
-#if defined(__SANITIZE_THREAD__)
-inline constexpr bool kSignalsAreDeferred = true;
-#else
-inline constexpr bool kSignalsAreDeferred = false;
-#endif
+inline constexpr bool kSignalsAreDeferred = kThreadSanitizer;
 
 template <class Object>
 Object* make(int32_t (*create)(Object**)) {

@@ -20,8 +20,11 @@ constexpr int kOperations = 100'000;
 template <class Work>
 void in_all_threads(Work work) {
   alarm(300);
-  std::deque<RunningThread> threads;
-  for (int index = 0; index < kThreads; ++index) threads.emplace_back([=] { work(index); });
+  {
+    std::deque<RunningThread> threads;
+    for (int index = 0; index < kThreads; ++index) threads.emplace_back([=] { work(index); });
+  }
+  alarm(0);
 }
 
 TEST(ThreadsStress, MutexIsForOne) {
@@ -115,6 +118,35 @@ TEST(ThreadsStress, EndedThreadsLeaveEventsWhole) {
     }
   }
   comn_delete_event(ping), comn_delete_event(pong);
+}
+
+// One of the two at least is ended, and nobody waits for ever.
+TEST(ThreadsStress, ThreadsEndEachOther) {
+  if (kSignalsAreDeferred) GTEST_SKIP();
+  struct Fighter {
+    os::Thread thread;
+    Fighter* other = nullptr;
+    bool survives = false;
+  };
+  for (int round = 0; round < 500; ++round) {
+    static std::atomic<int> ready;
+    ready = 0;
+    Fighter a, b;
+    a.other = &b, b.other = &a;
+    for (Fighter* const fighter : {&a, &b}) {
+      const auto fight = [](void* argument) -> uint32_t {
+        auto* const self = static_cast<Fighter*>(argument);
+        ++ready;
+        while (ready != 3) continue;
+        self->survives = self->other->thread.terminate();
+        return 0;
+      };
+      ASSERT_TRUE(fighter->thread.start(fight, fighter, 0));
+    }
+    ++ready;
+    EXPECT_TRUE(a.thread.wait(os::kNever) && b.thread.wait(os::kNever));
+    EXPECT_FALSE(a.survives && b.survives);
+  }
 }
 
 }  // namespace

@@ -93,8 +93,27 @@ TEST(Threads, EndThemselves) {
   EXPECT_EQ(0, returns);
 }
 
+// By the C library's own means, which unwind the stack.
+TEST(Threads, MayEndAsThreadsOfTheCLibrary) {
+  const long blocks = live_blocks();
+  const auto exit = [](void*) -> uint32_t { pthread_exit(nullptr); };
+  const auto be_cancelled = [](void*) -> uint32_t {
+    pthread_cancel(pthread_self()), pause();
+    return 0;
+  };
+  for (comn_thread_routine* const routine : {+exit, +be_cancelled}) {
+    comn_thread* thread = nullptr;
+    ASSERT_EQ(CS_SUCCEED, comn_create_thread(&thread, routine, nullptr));
+    EXPECT_EQ(CS_SUCCEED, comn_join_thread(thread));
+    EXPECT_EQ(nullptr, comn_getsp(thread));
+    EXPECT_EQ(CS_SUCCEED, comn_cancel_thread(thread));
+  }
+  EXPECT_EQ(blocks, live_blocks());
+}
+
 TEST(Threads, AreGivenTimeToEnd) {
-  bool done = false;
+  if (kSignalsAreDeferred) GTEST_SKIP();  // on a busy machine the time may be too short
+  std::atomic<bool> done{false};
   RunningThread thread([&] { usleep(50'000), done = true; });
   EXPECT_EQ(CS_SUCCEED, comn_kill_thread(thread.get()));
   EXPECT_TRUE(done);
@@ -112,9 +131,8 @@ TEST(Threads, AreEndedWhereverTheyAre) {
     for (volatile bool go_on = true; go_on;) continue;
   });
   waiting.await_sleep(), spinning.id();
-  const auto start = Clock::now();
   EXPECT_EQ(CS_SUCCEED, comn_cancel_thread(waiting.give_away()));
-  EXPECT_GT(start + std::chrono::seconds(1), Clock::now());
+  const auto start = Clock::now();
   EXPECT_EQ(CS_SUCCEED, comn_kill_thread(spinning.get()));
   EXPECT_LE(start + std::chrono::seconds(1), Clock::now());
   comn_signal_event(event);
@@ -123,6 +141,27 @@ TEST(Threads, AreEndedWhereverTheyAre) {
     const RunningThread on_same_stack([&] { EXPECT_EQ(nullptr, comn_get_threaduserdata(key)); });
   }
   comn_drop_key(key), comn_delete_event(event);
+}
+
+std::atomic<bool> in_slow_destructor, slow_destructor_may_end;
+
+thread_local struct Slow {
+  bool used = false;
+  ~Slow() {
+    if (used) in_slow_destructor = true, yield_until(slow_destructor_may_end);
+  }
+} slow;
+
+// It keeps those who join the thread, and nobody else.
+TEST(Threads, AnswerNothingInTheirDestructors) {
+  in_slow_destructor = slow_destructor_may_end = false;
+  const RunningThread thread([] { slow.used = true; });
+  yield_until(in_slow_destructor);
+  const RunningThread joiner([&] { EXPECT_EQ(CS_SUCCEED, comn_join_thread(thread.get())); });
+  joiner.await_sleep();
+  EXPECT_EQ(nullptr, comn_getsp(thread.get()));
+  EXPECT_EQ(CS_FAIL, comn_set_priority(thread.get(), 8));
+  slow_destructor_may_end = true;
 }
 
 TEST(Threads, ThatBlockEverySignalRunOn) {
@@ -159,16 +198,18 @@ int nice_of(const RunningThread& thread) {
 }
 
 TEST(Threads, HavePriorities) {
-  const int nices[] = {19, 19, 19, 10, 10, 5, 5, 0, 0, 0, -5, -5, -10, -10, -20, -20};
+  const int normal = getpriority(PRIO_PROCESS, 0);
+  const int distances[] = {40, 40, 40, 10, 10, 5, 5, 0, 0, 0, -5, -5, -10, -10, -40, -40};
   for (int level = 0; level < 16; ++level) {
     std::atomic<bool> may_end{false};
     const RunningThread thread([&] { yield_until(may_end); });
     const int32_t result = comn_set_priority(thread.get(), level);
-    EXPECT_TRUE(result == CS_SUCCEED || nices[level] < 0) << "anybody may lower it";
+    EXPECT_TRUE(result == CS_SUCCEED || distances[level] < 0) << "anybody may lower it";
     for (const int32_t none : {-1, 16, INT32_MIN}) {
       EXPECT_EQ(CS_FAIL, comn_set_priority(thread.get(), none));
     }
-    EXPECT_EQ(result == CS_SUCCEED ? nices[level] : 0, nice_of(thread)) << "level " << level;
+    const int moved = std::clamp(normal + distances[level], -20, 19);
+    EXPECT_EQ(result == CS_SUCCEED ? moved : normal, nice_of(thread)) << "level " << level;
     may_end = true;
   }
 }
@@ -179,9 +220,9 @@ TEST(Threads, MayNotRaisePrioritiesWithoutTheRight) {
     setrlimit(RLIMIT_NICE, &none);
     if (geteuid() == 0 && setuid(65'534) != 0) _exit(2);
     const RunningThread thread([] { pause(); });
-    const bool held = comn_set_priority(thread.get(), 5) == CS_SUCCEED &&
-                      comn_set_priority(thread.get(), 8) == CS_FAIL &&
-                      comn_set_priority(thread.get(), 12) == CS_FAIL && nice_of(thread) == 5;
+    const int lowest = 19;
+    const bool held = comn_set_priority(thread.get(), 0) == CS_SUCCEED &&
+                      comn_set_priority(thread.get(), 14) == CS_FAIL && nice_of(thread) == lowest;
     _exit(held ? 0 : 1);
   };
   EXPECT_EXIT(lower_and_raise(), ExitedWithCode(0), "");
@@ -248,10 +289,11 @@ TEST(Mutexes, AreReentrant) {
   EXPECT_EQ(CS_SUCCEED, comn_delete_mutex(mutex));
 }
 
-// Three threads on the same work, all of them waiting.
+// Three threads on the same work, all of them waiting. One that is seen asleep may wait for the
+// lock of a queue that another holds; when all were seen so, none holds it.
 struct ThreeWaiting {
   explicit ThreeWaiting(const std::function<void()>& work) : a(work), b(work), c(work) {
-    for (const RunningThread* thread : {&a, &b, &c}) thread->await_sleep();
+    for (const RunningThread* thread : {&a, &b, &c, &a, &b, &c}) thread->await_sleep();
   }
   RunningThread a, b, c;
 };
