@@ -5,6 +5,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <initializer_list>
 
 #include "tvxcomn/datatypes.h"
 
@@ -25,6 +26,13 @@ inline void require_pointer(const void* pointer, const char* file = __builtin_FI
                             int32_t line = __builtin_LINE()) {
   if (pointer == nullptr) [[unlikely]]
     null_pointer(file, line);
+}
+
+inline void require_pointers(std::initializer_list<const void*> pointers,
+                             const char* file = __builtin_FILE(),
+                             int32_t line = __builtin_LINE()) {
+#pragma GCC unroll 8
+  for (const void* const pointer : pointers) require_pointer(pointer, file, line);
 }
 
 inline constexpr int32_t kTraceNothing = 1;
