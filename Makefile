@@ -48,9 +48,9 @@ debug asan tsan clang: packages
 
 bench: packages
 	@scripts/install-packages $(BENCH_PACKAGES)
-	cmake --preset release -DTVX_BUILD_BENCH=ON
-	cmake --build --preset release -j $(JOBS) --target tvx_bench
-	build/release/bin/tvx_bench
+	cmake --preset bench
+	cmake --build --preset bench -j $(JOBS) --target tvx_bench
+	build/bench/bin/tvx_bench
 
 lint: packages
 	@scripts/install-packages $(LINT_PACKAGES) clang

@@ -115,7 +115,14 @@ void print_misfits() {
                 form_name(row.destination).c_str(), code_name(row.too_long).c_str(),
                 row.too_short == CS_SUCCEED ? "" : code_name(row.too_short).c_str());
   }
-  std::printf("| a number, money or date | char family | `CS_CONV_OVERFLOW` | |\n");
+  // Written texts have no row in the table.
+  std::printf(
+      "| a number or money | char family | `CS_CONV_OVERFLOW` | |\n"
+      "| a date or time | char family | `CS_CONV_OVERFLOW`, longer than three times the "
+      "destination "
+      "`CS_CONV_TRUNCATED` | |\n"
+      "| a locator | char family | `CS_CONV_TRUNCATED` | |\n"
+      "| char family | a locator | `CS_CONV_OVERFLOW` above 65,535 bytes | |\n");
 }
 
 template <class Source, class Destination>
@@ -143,10 +150,14 @@ void print_ranges_of() {
 template <class... Types>
 void print_ranges() {
   std::printf(
-      "\n## Numbers out of range\n\n"
-      "The destination gets the nearest limit. Pairs that are not listed hold every value; the "
-      "bare\n"
-      "layer reports `CS_CONV_OVERFLOW` on both sides.\n\n"
+      "\n## Integers and floating-point numbers out of range\n\n"
+      "The destination gets the nearest limit; floating-point numbers are limited to the digits "
+      "that\n"
+      "their type carries. Pairs of these types that are not listed hold every value; the bare "
+      "layer\n"
+      "reports `CS_CONV_OVERFLOW` on both sides. What exact numerics, money and dates report is "
+      "in\n"
+      "their headers, `numeric.h`, `money.h` and `dates.h`.\n\n"
       "| from | to | too large | too small |\n|---|---|---|---|\n");
   (print_ranges_of<Types, Types...>(), ...);
 }

@@ -107,16 +107,16 @@ TVXCOMN_API void comn_tolower(const com_charattr* record, const char* character,
 TVXCOMN_API const char* comn_inc_char(const com_charattr* record, const char** position);
 
 /* Counts the whole characters from `start` up to `end`. A character that straddles `end` is left
- * out of `*characters` and
- * `*whole_bytes`; its bytes before and beyond `end` are counted in `*split_before` and
- * `*split_beyond` (else 0). */
+ * out of `*characters` and `*whole_bytes`; its bytes before and beyond `end` are counted in
+ * `*split_before` and `*split_beyond` (else 0). Nothing is read at or behind `end`: where the byte
+ * there would tell a longer character, the shorter length counts. */
 TVXCOMN_API void comn_whole_char(const com_charattr* record, const char* start, const char* end,
                                  int32_t* whole_bytes, int32_t* split_before, int32_t* split_beyond,
                                  int32_t* characters);
 
 /* Copies a text with each character that has an ASCII form replaced by that byte. The destination
- * needs `length` bytes;
- * `*output_length` counts those written. */
+ * needs `length` bytes; `*output_length` counts those written. A negative length is a fatal usage
+ * error. */
 TVXCOMN_API void comn_str_to_ascii(const char* source, int32_t length, char* destination,
                                    int32_t* output_length, const com_charattr* record);
 

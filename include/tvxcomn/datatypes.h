@@ -1,6 +1,9 @@
 /* The vocabulary of every conversion: datatype codes, data formats, format flags, result codes, and
  * the records in which values and descriptors of the interface are laid out. All records have
- * natural alignment. */
+ * natural alignment.
+ *
+ * Of every function of the library: a null pointer is a fatal usage error (see diagnosis.h) where
+ * nothing else is said. */
 #ifndef TVXCOMN_DATATYPES_H
 #define TVXCOMN_DATATYPES_H
 
@@ -156,6 +159,7 @@ typedef struct comnb_context {
   const char* const* months;      /* 12 month names, or null */
 } comnb_context;
 
+/* Amounts in ten-thousandths, the high word first; money.h has the arithmetic. */
 typedef struct comn_money {
   int32_t high;
   uint32_t low;
@@ -168,6 +172,8 @@ typedef struct comn_numeric {
   uint8_t magnitude[32];
 } comn_numeric;
 
+/* Days since 1900-01-01 and the time, in 300ths of a second or in minutes; dates.h has the ranges.
+ */
 typedef struct comn_datetime {
   int32_t days;
   uint32_t ticks;

@@ -25,7 +25,8 @@ TVXCOMN_API int32_t com_conv_install(comn_context* context, int32_t source, int3
                                      comn_conversion* routine);
 
 /* Takes a pair back to its default: the default table's routine, or none for an overflow pair,
- * whose entry keeps its place. Returns CS_SUCCEED. A negative code is a fatal usage error. */
+ * whose entry keeps its place. Returns CS_SUCCEED. A negative code and a context without a table are fatal
+ * usage errors. */
 TVXCOMN_API int32_t com_conv_default(comn_context* context, int32_t source, int32_t destination);
 
 /* Frees the table and the overflow list. Returns CS_SUCCEED. After it a lookup of codes below 40 is

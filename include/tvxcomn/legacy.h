@@ -18,12 +18,17 @@
  *   -1  overflow, or a value that was cut. The text of a number that does not fit is "*", if there
  *       is room for that, copies are cut at the end
  *   -2  below the range: i4 to i2, a float text too small, a negative number towards an unsigned
- * one -3  the text is no literal of the type -5  a null value longer than the destination; it is
- * cut -6  the source is no legal value of its type -7, -8  the precision, the scale of a numeric is
- * out of range Result codes of the data-format layer that have no such number come through as they
- * are (CS_CONV_TRUNCATED from num to and from raw binary data, and from text and numerics to num).
- * A negative source length is a fatal usage error; the source length of a fixed type, a varychar or
- * a varybin only says whether there is a value. */
+ *       one
+ *   -3  the text is no literal of the type
+ *   -5  a null value longer than the destination; it is cut
+ *   -6  the source is no legal value of its type
+ *   -7  the precision of a numeric is out of range
+ *   -8  its scale is
+ * Result codes of the data-format layer that have no such number come through as they are
+ * (CS_CONV_TRUNCATED from num to and from raw binary data, and from text and numerics to num). A
+ * negative source length is a fatal usage error; the source length of a fixed type, a varychar or a
+ * varybin only says whether there is a value. A destination of a fixed type gets its whole size,
+ * whatever the destination length is. */
 #ifndef TVXCOMN_LEGACY_H
 #define TVXCOMN_LEGACY_H
 

@@ -1,5 +1,6 @@
 /* Null values: the bytes that stand in a destination when there is no value, one per datatype and
- * context. Null pointers, negative codes and negative lengths are fatal usage errors. */
+ * context. Null pointers, negative codes and negative lengths are fatal usage errors, and so is a
+ * code below 40 in a context without null values. */
 #ifndef TVXCOMN_NULL_H
 #define TVXCOMN_NULL_H
 

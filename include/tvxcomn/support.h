@@ -15,6 +15,8 @@ TVXCOMN_BEGIN
 
 /* ---- Heap: the only one of all the libraries --------------------------------------------- */
 
+/* As the C library's functions without the prefix. What one of them, or any function of the stack,
+ * gives out goes back through comn_free or comn_realloc, in whichever library that is. */
 TVXCOMN_API void* comn_malloc(size_t size);
 TVXCOMN_API void* comn_calloc(size_t count, size_t size);
 TVXCOMN_API void* comn_realloc(void* block, size_t size);
@@ -41,7 +43,7 @@ typedef struct intl_datetime_record {
 } intl_datetime_record;
 
 /* Opens a localisation file. Returns 0 or more; or a negative error number, and the reader needs no
- * closing. */
+ * closing. What a reader still holds is lost when it is opened again before intl_close. */
 TVXCOMN_API int32_t intl_open(const char* path, intl_reader* reader);
 
 /* The name of the next section; the next key of the current section; the next value of the current
@@ -66,8 +68,9 @@ TVXCOMN_API const char* intl_errstr(int32_t code);
 /* ---- Home and environment ---------------------------------------------------------------- */
 
 /* Writes the installation's home directory, NUL-terminated and without a final "/", and returns its
- * length; negative when there is none or it does not fit. It is the value of TARVEX, else the home
- * directory of the user tarvex, else the data directory installed beside this library. */
+ * length; negative when there is none, it does not fit, or the system's users cannot be looked up.
+ * It is the value of TARVEX, else the home directory of the user tarvex, else the data directory
+ * installed beside this library. */
 TVXCOMN_API int32_t intl_home(char* buffer, int32_t size);
 
 /* Writes the value of an environment variable, NUL-terminated, and returns its length; 0 when it is
@@ -77,12 +80,13 @@ TVXCOMN_API int32_t intlgetenv(char* buffer, int32_t size, const char* name);
 /* ---- Strings ----------------------------------------------------------------------------- */
 
 /* As the C library's snprintf in the C locale, whatever locale the process has set: writes at most
- * `size` bytes, the last of them a NUL, and returns the length of the whole text. */
+ * `size` bytes, the last of them a NUL, and returns the length of the whole text; negative when it
+ * cannot be formatted. */
 TVXCOMN_API int32_t intl_snprintf(char* buffer, int32_t size, const char* format, ...)
     __attribute__((format(printf, 3, 4)));
 
 /* Copies (appends) a text, cut to fit `size` bytes, NUL-terminated. Returns the length aimed at:
- * `size` or more means that the text was cut. */
+ * `size` or more means that the text was cut. Negative on a null pointer. */
 TVXCOMN_API int32_t intl_strlcpy(char* destination, const char* source, int32_t size);
 TVXCOMN_API int32_t intl_strlcat(char* destination, const char* source, int32_t size);
 

@@ -1,6 +1,7 @@
 // What the library takes from its surroundings: environment variables and the installation's home
 // directory.
 #include <dlfcn.h>
+#include <errno.h>
 #include <limits.h>
 #include <pwd.h>
 #include <sys/stat.h>
@@ -37,14 +38,28 @@ int32_t deliver(std::string_view text, std::span<char> buffer) {
   return error_number(ErrorKind::kBufferTooSmall);
 }
 
-// The home directory of the stack's user, in `scratch`; empty when there is no such user. A user
-// entry that does not fit the scratch counts as none: it cannot be an honest one.
-std::string_view home_of_user(std::span<char> scratch) {
+// Finds the home directory of the stack's user, in `scratch`, and leaves it empty when there is no
+// such user. A user entry that does not fit the scratch counts as none: it cannot be an honest one.
+// Returns 0, or an error number when the users cannot be looked up: another installation's
+// directory must not be taken for theirs then.
+int32_t find_home_of_user(std::span<char> scratch, std::string_view& home) {
   passwd entry;
   passwd* found = nullptr;
-  const int error = getpwnam_r(kHomeUser, &entry, scratch.data(), scratch.size(), &found);
-  return error != 0 || found == nullptr || found->pw_dir == nullptr ? std::string_view()
-                                                                    : found->pw_dir;
+  int error;
+  do {
+    error = getpwnam_r(kHomeUser, &entry, scratch.data(), scratch.size(), &found);
+  } while (error == EINTR);
+  switch (error) {
+    case ENOMEM:
+      return error_number(ErrorKind::kNoMemory);
+    case EIO:
+    case EMFILE:
+    case ENFILE:
+      return error_number(ErrorKind::kNoUsers);
+    default:  // systems have many numbers for there being none
+      if (error == 0 && found != nullptr && found->pw_dir != nullptr) home = found->pw_dir;
+      return 0;
+  }
 }
 
 // The data directory installed beside the library, in `scratch`; empty when it is not there. A
@@ -86,7 +101,10 @@ int32_t intl_home(char* buffer, int32_t size) {
   char entry[16384];
   char directory[PATH_MAX];
   std::string_view home = variable(kHomeVariable);
-  if (home.empty()) home = home_of_user(entry);
+  if (home.empty()) {
+    const int32_t error = find_home_of_user(entry, home);
+    if (error != 0) return error;
+  }
   if (home.empty()) home = data_beside_library(directory);
   if (home.empty()) return error_number(ErrorKind::kNoHome);
   return deliver(without_final_slashes(home), destination);

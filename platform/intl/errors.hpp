@@ -20,6 +20,7 @@ namespace tvx::intl {
   X(kNoSuchArgument,     6, "a place-holder of the message template names no argument")         \
   X(kBadFormat,          7, "the format of the message arguments is malformed")                 \
   X(kNotFormatted,       8, "the text cannot be formatted")                                     \
+  X(kNoUsers,            9, "users cannot be looked up; set the environment variable TARVEX")   \
   X(kNotFound,          16, "the file does not exist")                                          \
   X(kNotPermitted,      17, "the file may not be read")                                         \
   X(kNotOpened,         18, "the file cannot be opened")                                        \

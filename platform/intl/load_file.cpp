@@ -42,8 +42,8 @@ ErrorKind open_error(int system_error) {
   }
 }
 
-// Reads up to `size` bytes and returns how many there were; fewer when the file has become shorter.
-// Negative on error.
+// Reads up to `size` bytes and returns how many there were, fewer only at the file's end. Negative
+// on error.
 ssize_t read_all(int descriptor, char* text, size_t size) {
   size_t length = 0;
   while (length < size) {
@@ -66,13 +66,21 @@ int32_t load_file(const char* path, LoadedFile& file) {
   if (!S_ISREG(status.st_mode)) return error_number(ErrorKind::kNotRegular);
   if (status.st_size > kLargestFile) return error_number(ErrorKind::kTooLarge);
 
-  const size_t size = static_cast<size_t>(status.st_size);
+  // One byte more than the file should have shows its end and has room for the NUL. Files of the
+  // system tell no size, and others grow.
   LoadedFile loaded;
-  loaded.text.reset(static_cast<char*>(comn_malloc(size + 1)));
-  if (!loaded.text) return error_number(ErrorKind::kNoMemory);
-  const ssize_t length = read_all(descriptor.number(), loaded.text.get(), size);
-  if (length < 0) return error_number(ErrorKind::kReadFailed);
-  loaded.size = static_cast<size_t>(length);
+  size_t room = static_cast<size_t>(status.st_size) + 1;
+  for (;; room *= 2) {
+    auto* const grown = static_cast<char*>(comn_realloc(loaded.text.get(), room));
+    if (grown == nullptr) return error_number(ErrorKind::kNoMemory);
+    static_cast<void>(loaded.text.release());
+    loaded.text.reset(grown);
+    const ssize_t count = read_all(descriptor.number(), grown + loaded.size, room - loaded.size);
+    if (count < 0) return error_number(ErrorKind::kReadFailed);
+    loaded.size += static_cast<size_t>(count);
+    if (loaded.size > kLargestFile) return error_number(ErrorKind::kTooLarge);
+    if (loaded.size < room) break;
+  }
   file = std::move(loaded);
   return 0;
 }

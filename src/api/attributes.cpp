@@ -2,6 +2,7 @@
 #include "charset/attributes.hpp"
 
 #include "charset/image.hpp"
+#include "locale/character_attributes.hpp"
 #include "runtime/diagnosis.hpp"
 #include "tvxcomn/attributes.h"
 #include "tvxcomn/support.h"
@@ -155,6 +156,13 @@ const char* comn_mb_strchr(const com_charattr* record, const char* string, int32
   rt::require_pointer(string);
   return text(charset::find_char(charset::record_or_builtin(record), bytes(string),
                                  static_cast<uint8_t>(byte)));
+}
+
+const com_charattr* com_intl_charattr(comn_context* context, const comn_datafmt* format) {
+  static constexpr comn_context no_context{};
+  static constexpr comn_datafmt no_format{};
+  return tvx::locale::character_attributes(context != nullptr ? *context : no_context,
+                                           format != nullptr ? *format : no_format);
 }
 
 }  // extern "C"

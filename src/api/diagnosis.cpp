@@ -60,7 +60,7 @@ void com_perr(const char* text) {
   rt::require_pointer(text);
   put_perr_text(text, stderr);
   std::fflush(stderr);
-  if (std::FILE* log = std::fopen("tvxinit.err", "a"); log != nullptr) {
+  if (std::FILE* log = std::fopen("tvxinit.err", "ae"); log != nullptr) {
     put_perr_text(text, log);
     std::fclose(log);
   }

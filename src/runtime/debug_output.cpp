@@ -105,7 +105,7 @@ bool set_debug_file(const char* path) {
     debug_file = nullptr;
   }
   if (path == nullptr) return true;
-  debug_file = std::fopen(path, "w");
+  debug_file = std::fopen(path, "we");
   return debug_file != nullptr;
 }
 

@@ -49,6 +49,7 @@ private:
 
   Path& append(char separator, std::string_view text) {
     if (result_ != CS_SUCCEED || text.empty()) return *this;
+    if (text.find('\0') != text.npos) return fail(CS_FAIL);  // the path would end there
     // Beside the text there are the separator and the terminator.
     if (text.size() + 2 > static_cast<size_t>(target_.size - used_)) return fail(CS_FAIL);
     char* end = target_.buffer + used_;

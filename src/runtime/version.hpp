@@ -9,8 +9,8 @@ namespace tvx::runtime {
 extern const int32_t version_number;
 
 // Seven fields separated by "/": the maker's and the library's name, version, patch, platform,
-// build, "DEBUG", and the date of the build in universal time, in ctime's form. It is there to be
-// found in the library's file.
+// build, "DEBUG", and the date of the build, in universal time and ctime's form; a build in a
+// repository takes the last commit's. It is there to be found in the library's file.
 extern const char version_text[];
 
 }  // namespace tvx::runtime

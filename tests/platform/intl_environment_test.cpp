@@ -1,5 +1,6 @@
 // Environment variables, the home directory, and the small file layer.
 #include <dlfcn.h>
+#include <errno.h>
 #include <gtest/gtest.h>
 #include <pwd.h>
 
@@ -15,12 +16,14 @@
 namespace fs = std::filesystem;
 
 // The system's user database as these tests want it: one user at most, and none while the directory
-// is empty.
+// is empty; or an error.
 static std::string user_directory;
+static int user_error = 0;
 
 extern "C" __attribute__((visibility("default"))) int getpwnam_r(const char* name, passwd* entry,
                                                                  char*, size_t, passwd** result) {
   *result = nullptr;
+  if (user_error != 0) return user_error;
   if (user_directory.empty() || std::strcmp(name, "tarvex") != 0) return 0;
   *entry = {};
   entry->pw_dir = user_directory.data();
@@ -64,6 +67,7 @@ TEST(HomeDirectory, IsOfTheVariableOrTheUserOrBesideTheLibrary) {
   ASSERT_NE(handle, nullptr) << dlerror();
   Home* home_of_copy = reinterpret_cast<Home*>(dlsym(handle, "intl_home"));
 
+  constexpr char kNoUsers[] = "users cannot be looked up; set the environment variable TARVEX";
   constexpr char kNoHome[] = "no home directory; set the environment variable TARVEX";
   EXPECT_EQ(home(home_of_copy, nullptr, ""), kNoHome);
   scratch.write("share/tvxcomn64", "a file of that name is no home");
@@ -80,6 +84,20 @@ TEST(HomeDirectory, IsOfTheVariableOrTheUserOrBesideTheLibrary) {
   };
   for (const auto& [variable, user, expected] : rows)
     EXPECT_EQ(home(home_of_copy, variable, user), expected);
+  const std::pair<int, std::string> failures[] = {
+      {ENOMEM, "out of memory"},
+      {EMFILE, kNoUsers},
+      {ENFILE, kNoUsers},
+      {EIO, kNoUsers},
+      {ENOENT, data},
+      {ERANGE, data},
+      {EPERM, data},
+  };
+  for (const auto& [error, expected] : failures) {
+    user_error = error;
+    EXPECT_EQ(home(home_of_copy, nullptr, "/home/tarvex"), expected) << error;
+  }
+  user_error = 0;
   dlclose(handle);
 }
 

@@ -159,6 +159,8 @@ TEST(Reader, FilesThatCannotBeLoadedAreRefused) {
       {std::string(5000, 'n'), "the file cannot be opened"},
   };
   for (const auto& [path, expected] : rows) EXPECT_EQ(read_file(path), Events{expected}) << path;
+  EXPECT_EQ(read_file("/proc/self/comm"), Events{"line 1: an entry before the first section"})
+      << "a file that tells no size";
   std::filesystem::resize_file(large, (256 << 20) + 1);
   EXPECT_EQ(read_file(large), Events{"the file is larger than 256 MiB"});
   std::filesystem::resize_file(large, 256 << 20);

@@ -113,6 +113,8 @@ TEST(Paths, FailWithTheirSurroundings) {
   EXPECT_EQ(com_path_cfgfile(&context, "x", b, sizeof b, 1), 0);
   setenv("TARVEX_NXC", nxc512.c_str(), 1);
   EXPECT_EQ(com_path_anyfile(b, sizeof b, "x", "y", 1), 0);
+  EXPECT_EQ(com_path_msgfile(&context, "fr\0nch", 6, "x", -9, b, sizeof b), 0);
+  EXPECT_STREQ(b, "");
   home_error = -4;
   for (const auto& row : kPaths) {
     context.last_support_error = 0;

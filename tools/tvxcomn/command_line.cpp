@@ -48,6 +48,20 @@ bool read_arguments(CLI::App& app, const Arguments& arguments) {
   return true;
 }
 
+CLI::Validator decimal() {
+  const auto read = [](std::string& text) {
+    const std::string number = text.substr(std::min(text.find_first_not_of(' '), text.size()));
+    const bool is_negative = number.starts_with('-');
+    const std::string digits = number.substr(is_negative || number.starts_with('+') ? 1 : 0);
+    if (digits.empty() || digits.find_first_not_of("0123456789") != digits.npos)
+      return quoted_for_display(text) + " is no whole number";
+    const size_t first = std::min(digits.find_first_not_of('0'), digits.size() - 1);
+    text = (is_negative ? "-" : "") + digits.substr(first);
+    return std::string();
+  };
+  return CLI::Validator(read, "");
+}
+
 Arguments plain_values(const CLI::Option& option) {
   Arguments values = option.results();
   for (std::string& value : values) {

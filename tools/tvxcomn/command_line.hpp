@@ -22,6 +22,10 @@ int run_types(const Arguments& arguments);
 // then been printed; throws Failure at a mistake.
 [[nodiscard]] bool read_arguments(CLI::App& app, const Arguments& arguments);
 
+// For options that are whole numbers: decimal ones, whatever they begin with. CLI11 alone would
+// read 010 as eight, 0x10 as sixteen and nothing as zero.
+[[nodiscard]] CLI::Validator decimal();
+
 // The values given to a positional option, as they stand on the command line.
 [[nodiscard]] Arguments plain_values(const CLI::Option& option);
 

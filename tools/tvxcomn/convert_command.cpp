@@ -38,11 +38,15 @@ bool read_options(const Arguments& arguments, ConvertOptions& options) {
   app.add_option("--from", options.from, "The type to which the text of a value is converted first")
       ->capture_default_str();
   app.add_option("--precision", options.precision,
-                 "Digits of an exact numeric; of money in text, those behind the point");
-  app.add_option("--scale", options.scale, "Digits of an exact numeric behind the point");
+                 "Digits of an exact numeric; of money in text, those behind the point")
+      ->transform(decimal());
+  app.add_option("--scale", options.scale, "Digits of an exact numeric behind the point")
+      ->transform(decimal());
   app.add_option("--maxlength", options.maxlength, "Bytes of room for the result")
+      ->transform(decimal())
       ->check(CLI::Range(0, kLargest));
   app.add_option("--style", options.style, "The date format code in which dates are written")
+      ->transform(decimal())
       ->check(CLI::Range(0, kLargestStyle));
   app.add_flag("--terminate", options.terminate, "End text with a zero byte");
   app.add_flag("--blankfill", options.blankfill, "Fill up to maxlength with blanks");

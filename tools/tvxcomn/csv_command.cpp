@@ -36,9 +36,11 @@ bool read_options(const Arguments& arguments, CsvOptions& options) {
       "to the standard error");
   app.add_option("--rejects", options.rejects, "Where rejected rows are kept, as they were read");
   app.add_option("--row-limit", options.row_limit, "Longer rows are rejected (bytes)")
+      ->transform(decimal())
       ->check(CLI::Range(std::size_t{1}, kLargestRow))
       ->capture_default_str();
   app.add_option("--style", options.style, "The date format code in which dates are written")
+      ->transform(decimal())
       ->check(CLI::Range(0, kLargestStyle));
   app.add_option("FILE", options.input, "The CSV file; - is the standard input")->required();
   app.footer(

@@ -43,7 +43,7 @@ public:
   [[nodiscard]] bool next_part();
 
   [[nodiscard]] std::size_t field_count() const { return field_count_; }
-  // The value of a field, without its quotes. Valid until the next call.
+  // The value of a field of a whole row, without its quotes. Valid until the next call.
   [[nodiscard]] std::string_view field(std::size_t index);
   // The field as read.
   [[nodiscard]] std::string_view raw_field(std::size_t index) const;

@@ -235,9 +235,12 @@ Question read_options(const Arguments& arguments, DateOptions& options) {
   parts->add_option("VALUE", options.value, "A date, a time or both")->required();
   CLI::App* sum = add("add", "The value and a number of units of a part");
   sum->add_option("PART", options.part, "Such as month; a wrong one lists them")->required();
-  sum->add_option("N", options.amount, "How many; may be negative")->required();
+  sum->add_option("N", options.amount, "How many; may be negative")
+      ->transform(decimal())
+      ->required();
   sum->add_option("VALUE", options.value, "A date, a time or both")->required();
   sum->add_option("--style", options.style, "The date format code of the answer")
+      ->transform(decimal())
       ->check(CLI::Range(0, kLargestStyle));
   CLI::App* difference = add("diff", "The units of a part from one value to another");
   difference->add_option("PART", options.part, "Such as day; a wrong one lists them")->required();
