@@ -166,7 +166,8 @@ TEST(DateFormat, CurrentTime) {
     ASSERT_EQ(comn_time(6, twelve_hour, text.begin(), size, &length, now), CS_SUCCEED);
     std::tm parts{};
     parts.tm_year = now[0] - 1900, parts.tm_mon = now[1], parts.tm_mday = now[2];
-    parts.tm_hour = now[5], parts.tm_min = now[6], parts.tm_sec = now[7], parts.tm_isdst = -1;
+    parts.tm_hour = now[5], parts.tm_min = now[6], parts.tm_sec = now[7];
+    parts.tm_isdst = std::localtime(&before)->tm_isdst;
     const std::time_t told = std::mktime(&parts);
     EXPECT_TRUE(told >= before && told <= std::time(nullptr)) << told;
     EXPECT_EQ(parts.tm_yday + 1, now[3]);

@@ -5,7 +5,7 @@
 #include <cstring>
 #include <regex>
 
-#include "platform/intl_scratch.hpp"
+#include "support/scratch_directory.hpp"
 #include "tvxcomn/support.h"
 
 namespace {

@@ -9,8 +9,8 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "platform/intl_scratch.hpp"
 #include "support/guarded_buffer.hpp"
+#include "support/scratch_directory.hpp"
 #include "tvxcomn/support.h"
 
 namespace fs = std::filesystem;

@@ -10,8 +10,8 @@
 #include <random>
 #include <vector>
 
-#include "platform/intl_scratch.hpp"
 #include "support/failing_heap.hpp"
+#include "support/scratch_directory.hpp"
 #include "tvxcomn/support.h"
 
 namespace {

@@ -8,8 +8,8 @@
 #include <fstream>
 #include <regex>
 
-#include "platform/intl_scratch.hpp"
 #include "support/guarded_buffer.hpp"
+#include "support/scratch_directory.hpp"
 #include "tvxcomn/support.h"
 
 namespace {

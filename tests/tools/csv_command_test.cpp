@@ -7,7 +7,7 @@ namespace {
 
 using tvx::test::Outcome;
 using tvx::test::run_command;
-using tvx::test::Scratch;
+using tvx::test::ScratchDirectory;
 
 struct CsvCase {
   const char* name;
@@ -39,7 +39,7 @@ class Csv : public testing::TestWithParam<CsvCase> {};
 
 TEST_P(Csv, WritesRejectsAndReports) {
   const CsvCase& c = GetParam();
-  const Scratch scratch;
+  const ScratchDirectory scratch;
   const Outcome outcome =
       run_command({"csv", "--types", c.types, "--output", scratch.path("out"), "--rejects",
                    scratch.path("bad"), scratch.write("in", c.input)});
@@ -204,7 +204,7 @@ TEST(CsvBlocks, BoundariesDoNotShow) {
   const std::string tricky = "\"7\",\"a\"\"b\r\n,\"\"\"\r\n8,\r\n\"x\"\"\",\"\"\r\n9,\"\n";
   for (std::size_t shift = 0; shift <= tricky.size(); ++shift) {
     const std::string head = "id,note\n1," + std::string(262144 - 11 - shift, 'n') + "\n";
-    const Scratch scratch;
+    const ScratchDirectory scratch;
     const Outcome outcome =
         run_command({"csv", "--types", "id:i4", "--rejects", scratch.path("bad"), "--output",
                      scratch.path("out"), scratch.write("in", head + tricky)});
@@ -218,7 +218,7 @@ TEST(CsvRowLimit, IsExactAndKeepsRejectedRowsWhole) {
   const std::string fits = "1,\"" + std::string(26, 'a') + "\"\n";  // 31 bytes
   const std::string longer = "2,\"" + std::string(26, '\n') + "\"\r\n";
   const std::string unclosed = "4,\"" + std::string(600000, ',');
-  const Scratch scratch;
+  const ScratchDirectory scratch;
   const std::string input = scratch.write("in", "id,a\n" + fits + longer + "3,\n" + unclosed);
   const Outcome outcome =
       run_command({"csv", "--types", "id:i4", "--row-limit", "31", "--output", scratch.path("out"),
@@ -232,7 +232,7 @@ TEST(CsvRowLimit, IsExactAndKeepsRejectedRowsWhole) {
 TEST(CsvRowLimit, BoundsMemory) {
   // The hole makes many zero bytes without a copy in this process, whose size would count.
   constexpr std::uintmax_t kHole = std::uintmax_t{128} << 20;
-  const Scratch scratch;
+  const ScratchDirectory scratch;
   const std::string input = scratch.write("in", "id,a\n1,\n2,\"");
   std::filesystem::resize_file(input, kHole);
   std::ofstream(input, std::ios::app) << "\"\n3,\n";
@@ -248,7 +248,7 @@ TEST(CsvRowLimit, BoundsMemory) {
 TEST(CsvFields, AsLongAsRowsMayBeAreSafe) {
   std::string row;
   row.assign(16'777'000, '1').append(",    \n");
-  const Scratch scratch;
+  const ScratchDirectory scratch;
   const Outcome outcome =
       run_command({"csv", "--types", "a:flt8,b:i4", "--rejects", scratch.path("bad"), "-"}, row);
   EXPECT_EQ(outcome.status, 1);
@@ -265,7 +265,7 @@ TEST(CsvStreams, RowsOnTheStandardOutputReportOnTheStandardError) {
 }
 
 TEST(CsvFiles, OlderContentsGo) {
-  const Scratch scratch;
+  const ScratchDirectory scratch;
   scratch.write("out", std::string(1000, 'o'));
   scratch.write("bad", std::string(1000, 'b'));
   run_command({"csv", "--types", "id:i4", "--output", scratch.path("out"), "--rejects",
@@ -276,7 +276,7 @@ TEST(CsvFiles, OlderContentsGo) {
 }
 
 TEST(CsvFiles, FullDisksAreNoticed) {
-  const Scratch scratch;
+  const ScratchDirectory scratch;
   const std::string full = "cannot write /dev/full: No space left on device";
   const std::string small = scratch.write("small", "id\n1\nx\n");
   const std::string large = scratch.write("large", std::string(600000, '\n'));
@@ -294,7 +294,7 @@ TEST(CsvFiles, FullDisksAreNoticed) {
 }
 
 TEST(CsvFiles, AreNeverOverwrittenByThemselves) {
-  const Scratch scratch;
+  const ScratchDirectory scratch;
   const std::string text = "id\n1\nx\n";
   const std::string input = scratch.write("in", text);
   std::filesystem::create_symlink(input, scratch.path("link"));
@@ -336,7 +336,7 @@ TEST(CsvUsage, ErrorsSayWhatToWriteAndTouchNothing) {
       {"id:i4", "/", "cannot read /: Is a directory"},
       {"a:i4", "", "the header names column \"a\" twice"},
   };
-  const Scratch scratch;
+  const ScratchDirectory scratch;
   const std::string input = scratch.write("in", "a,b,a\n1,2,3\n");
   for (const auto& c : cases) {
     const std::string file = *c.file == '\0' ? input : c.file;

@@ -12,7 +12,7 @@ namespace {
 
 using tvx::test::Outcome;
 using tvx::test::run_command;
-using tvx::test::Scratch;
+using tvx::test::ScratchDirectory;
 
 struct ReferenceRow {
   std::string raw;
@@ -109,7 +109,7 @@ TEST(CsvRandom, AgreesWithASlowReader) {
   for (const Setup& setup : setups) {
     const std::string text = random_text(setup.seed, setup.size);
     const Sorted expected = sort_rows(text, 2, setup.row_limit);
-    const Scratch scratch;
+    const ScratchDirectory scratch;
     const Outcome outcome = run_command(
         {"csv", "--types", "a:i2,b:i2", "--row-limit", std::to_string(setup.row_limit), "--output",
          scratch.path("out"), "--rejects", scratch.path("bad"), scratch.write("in", text)});
@@ -140,7 +140,7 @@ std::size_t count_rows(const std::string& text) {
 }
 
 TEST(CsvSample, LosesNothingAndTypedRowsStayAsTheyAre) {
-  const Scratch scratch;
+  const ScratchDirectory scratch;
   const Outcome first =
       run_command({"csv", "--types", sample_types(), "--output", scratch.path("typed"), "--rejects",
                    scratch.path("bad"), kSample});

@@ -15,35 +15,9 @@
 #include <string>
 #include <vector>
 
+#include "support/scratch_directory.hpp"
+
 namespace tvx::test {
-
-// A directory of its own for the files of one test, removed with them.
-class Scratch {
-public:
-  Scratch() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "tvxcomn-XXXXXX").string();
-    if (::mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no scratch directory");
-    directory_ = pattern;
-  }
-  Scratch(const Scratch&) = delete;
-  Scratch& operator=(const Scratch&) = delete;
-  ~Scratch() { std::filesystem::remove_all(directory_); }
-
-  [[nodiscard]] std::string path(const std::string& name) const { return directory_ / name; }
-
-  std::string write(const std::string& name, const std::string& text) const {
-    std::ofstream(path(name), std::ios::binary) << text;
-    return path(name);
-  }
-
-  [[nodiscard]] std::string read(const std::string& name) const {
-    std::ifstream file(path(name), std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
-
-private:
-  std::filesystem::path directory_;
-};
 
 struct Outcome {
   int status;  // exit status; 128 and the signal's number when one ended the process
@@ -56,7 +30,7 @@ struct Outcome {
 // the outcome.
 inline Outcome run_command(const std::vector<std::string>& arguments, const std::string& input = {},
                            const std::string& output_path = {}) {
-  const Scratch scratch;
+  const ScratchDirectory scratch;
   const std::string in = scratch.write("in", input);
   const std::string out = output_path.empty() ? scratch.path("out") : output_path;
   const std::string err = scratch.path("err");
