@@ -19,11 +19,11 @@ using dt::ValueType;
 
 // ---- Conversions -------------------------------------------------------------------------------
 
-#define TO_TEXT(S, name)                                                         \
-  TVX_EXPORT_CONVERSION(comn_##name##tochar, traced_call<date_to_char<type::S>>) \
-  TVX_EXPORT_CONVERSION(comn_##name##tovarchar, traced_call<date_to_varchar<type::S>>)
+#define TO_TEXT(S, name)                                            \
+  TVX_EXPORT_CONVERSION(comn_##name##tochar, date_to_char<type::S>) \
+  TVX_EXPORT_CONVERSION(comn_##name##tovarchar, date_to_varchar<type::S>)
 #define BARE_TO_CHAR(name, type) \
-  TVX_EXPORT_BARE(comnb_##name##tochar, traced_bare_call<bare_date_to_char<ValueType::type>>)
+  TVX_EXPORT_BARE(comnb_##name##tochar, bare_date_to_char<ValueType::type>)
 
 TO_TEXT(datetime, date)
 TO_TEXT(date4, date4)
@@ -36,8 +36,7 @@ BARE_TO_CHAR(datea, kDatea)
 BARE_TO_CHAR(timea, kTimea)
 BARE_TO_CHAR(bigdatetime, kBigdatetime)
 BARE_TO_CHAR(bigtime, kBigtime)
-TVX_EXPORT_BARE(comnb_bigdatetimetovarchar,
-                traced_bare_call<bare_date_to_varchar<ValueType::kBigdatetime>>)
+TVX_EXPORT_BARE(comnb_bigdatetimetovarchar, bare_date_to_varchar<ValueType::kBigdatetime>)
 
 // ---- Formatters --------------------------------------------------------------------------------
 

@@ -260,9 +260,9 @@ int32_t com__bigtimetodate(const uint64_t* bigtime, comn_datetime* datetime) {
 
 #define CONVERSION(S, D, name) TVX_EXPORT_CONVERSION(comn_##name, date_routine<type::S, type::D>)
 #define BARE(S, D, name) TVX_EXPORT_BARE(comnb_##name, bare_date_routine<type::S, type::D>)
-#define TO_BINARY(S, name)                                                           \
-  TVX_EXPORT_CONVERSION(comn_##name##tobin, traced_call<fixed_type_to_bin<type::S>>) \
-  TVX_EXPORT_CONVERSION(comn_##name##tovarbin, traced_call<fixed_type_to_varbin<type::S>>)
+#define TO_BINARY(S, name)                                              \
+  TVX_EXPORT_CONVERSION(comn_##name##tobin, fixed_type_to_bin<type::S>) \
+  TVX_EXPORT_CONVERSION(comn_##name##tovarbin, fixed_type_to_varbin<type::S>)
 
 TVX_DATE_PAIRS(CONVERSION)
 TVX_DATE_PAIRS(BARE)

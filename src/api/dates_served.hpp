@@ -53,12 +53,12 @@ namespace tvx::api {
 #define TVX_ROW(S, D, name) Served{convert::type::S::codes, convert::type::D::codes, comn_##name},
 #define TVX_BIG_ROW(S, D, name)                            \
   Served{convert::type::S::codes, convert::type::D::codes, \
-         convert::date_routine<convert::type::S, convert::type::D>},
+         traced_call<convert::date_routine<convert::type::S, convert::type::D>>},
 #define TVX_BINARY_ROW(S, name) \
   Served{convert::type::S::codes, convert::kVarbin, comn_##name##tovarbin},
 #define TVX_BIG_BINARY_ROW(S)                       \
   Served{convert::type::S::codes, convert::kVarbin, \
-         convert::traced_call<convert::fixed_type_to_varbin<convert::type::S>>},
+         traced_call<convert::fixed_type_to_varbin<convert::type::S>>},
 
 inline constexpr std::array kDatesServed{TVX_DATE_PAIRS(TVX_ROW)          //
                                          TVX_BIG_DATE_PAIRS(TVX_BIG_ROW)  //

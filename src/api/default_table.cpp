@@ -21,7 +21,7 @@ using convert::DefaultTable;
 using convert::kDatatypes;
 
 constexpr std::array kNullServed{
-    Served{convert::kNullSource, convert::kNullDestinations, convert::null_to_any}};
+    Served{convert::kNullSource, convert::kNullDestinations, traced_call<convert::null_to_any>}};
 constexpr int kNullPairs = 37;
 
 constexpr auto kServed =

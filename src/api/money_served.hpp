@@ -32,7 +32,7 @@ namespace tvx::api {
   Served{convert::type::S::codes, convert::destination_codes<convert::type::D>, comn_##S##to##D},
 #define TVX_UNSIGNED_ROW(S, D)                             \
   Served{convert::type::S::codes, convert::type::D::codes, \
-         convert::money_routine<convert::type::S, convert::type::D>},
+         traced_call<convert::money_routine<convert::type::S, convert::type::D>>},
 #define TVX_FROM_TEXT(T, D) \
   Served{convert::type::text_##T::table_codes, convert::type::D::codes, comn_##T##to##D},
 #define TVX_TO_TEXT(S, T) \

@@ -32,14 +32,14 @@ TVX_UNSIGNED_NUMBERS(BARE_TO_TEXT, varchar)
 
 // ---- Hexadecimal text --------------------------------------------------------------------------
 
-TVX_EXPORT_BARE(comnb_hextoi4, traced_bare_call<hex_to_integer<uint32_t>>)
-TVX_EXPORT_BARE(comnb_hextoi8, traced_bare_call<hex_to_integer<uint64_t>>)
-TVX_EXPORT_BARE(comnb_hextoui4, traced_bare_call<hex_to_integer<uint32_t>>)
-TVX_EXPORT_BARE(comnb_hextoui8, traced_bare_call<hex_to_integer<uint64_t>>)
-TVX_EXPORT_BARE(comnb_i4tohex, traced_bare_call<integer_to_hex<uint32_t>>)
-TVX_EXPORT_BARE(comnb_i8tohex, traced_bare_call<integer_to_hex<uint64_t>>)
-TVX_EXPORT_BARE(comnb_ui4tohex, traced_bare_call<integer_to_hex<uint32_t>>)
-TVX_EXPORT_BARE(comnb_ui8tohex, traced_bare_call<integer_to_hex<uint64_t>>)
+TVX_EXPORT_BARE(comnb_hextoi4, hex_to_integer<uint32_t>)
+TVX_EXPORT_BARE(comnb_hextoi8, hex_to_integer<uint64_t>)
+TVX_EXPORT_BARE(comnb_hextoui4, hex_to_integer<uint32_t>)
+TVX_EXPORT_BARE(comnb_hextoui8, hex_to_integer<uint64_t>)
+TVX_EXPORT_BARE(comnb_i4tohex, integer_to_hex<uint32_t>)
+TVX_EXPORT_BARE(comnb_i8tohex, integer_to_hex<uint64_t>)
+TVX_EXPORT_BARE(comnb_ui4tohex, integer_to_hex<uint32_t>)
+TVX_EXPORT_BARE(comnb_ui8tohex, integer_to_hex<uint64_t>)
 
 // ---- Parsers -----------------------------------------------------------------------------------
 

@@ -12,7 +12,7 @@ namespace tvx::api {
   Served{convert::num_source_codes<convert::type::S>, convert::kNumFamily, comn_##S##tonum},
 #define TVX_UNSIGNED_TO_NUM(S)                                             \
   Served{convert::num_source_codes<convert::type::S>, convert::kNumFamily, \
-         convert::scalar_to_num<convert::type::S>},
+         traced_call<convert::scalar_to_num<convert::type::S>>},
 #define TVX_FROM_NUM(S, D) \
   Served{convert::kNumFamily, convert::destination_codes<convert::type::D>, comn_numto##D},
 

@@ -14,7 +14,7 @@ namespace tvx::api {
 #define TVX_UNSIGNED_ROW(S, D)                                      \
   Served{convert::source_codes<convert::type::S, convert::type::D>, \
          convert::destination_codes<convert::type::D>,              \
-         convert::scalar_routine<convert::type::S, convert::type::D>},
+         traced_call<convert::scalar_routine<convert::type::S, convert::type::D>>},
 
 inline constexpr std::array kScalarServed{
     TVX_FROM_EACH_EXPORTED(TVX_ROW)           //

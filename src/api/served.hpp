@@ -4,7 +4,7 @@
 #include <array>
 #include <cstddef>
 
-#include "convert/catalogue.hpp"
+#include "convert/arguments.hpp"
 
 namespace tvx::api {
 
@@ -16,6 +16,15 @@ struct Served {
   convert::CodeSet destinations;
   comn_conversion* routine;
 };
+
+// The routine of a conversion that is reached through the table only.
+template <int32_t (*conversion)(const convert::Call&)>
+int32_t traced_call(comn_context* context, const comn_datafmt* source_format, const void* source,
+                    const comn_datafmt* destination_format, void* destination,
+                    int32_t* output_length) {
+  return runtime::traced(
+      conversion({context, source_format, source, destination_format, destination, output_length}));
+}
 
 // The rows of several families, one after the other.
 template <size_t... counts>
