@@ -46,9 +46,8 @@ static_assert(COM_FORMAT_REFUSED == static_cast<int32_t>(dt::Formatting::kRefuse
               COM_FORMAT_NO_NAMES == static_cast<int32_t>(dt::Formatting::kNoNames));
 
 int32_t format(ValueType type, const void* value, char* buffer, int32_t length, int32_t code,
-               const char* const* months) {
-  rt::require_pointer(value);
-  rt::require_pointer(buffer);
+               const char* const* months, int32_t line = __builtin_LINE()) {
+  rt::require_pointers({value, buffer}, __FILE__, line);
   return dt::format_date(type, value, buffer, length, code, months);
 }
 

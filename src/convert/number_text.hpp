@@ -64,8 +64,8 @@ template <class Integer, class Cursor>
 }
 
 template <class Integer>
-[[nodiscard]] numeric::IntegerParse<Integer> parse_integer_text(Text text,
-                                                                const com_charattr* attributes) {
+[[nodiscard]] inline numeric::IntegerParse<Integer> parse_integer_text(
+    Text text, const com_charattr* attributes) {
   if (charset::is_multibyte(attributes)) [[unlikely]] {
     return parse_with<Integer>(MultibyteCursor(*attributes, text));
   }
