@@ -53,7 +53,7 @@ inline constexpr std::array kFixedBinaryServed{
 #undef TVX_BIG_FROM_BINARY
 
 // 13 source codes and 21 destination codes with 4 binary ones each.
-inline constexpr int kFixedBinaryPairs = (13 + 21) * 4;
+static_assert(count_pairs(kFixedBinaryServed) == (13 + 21) * 4);
 
 // ---- Strings -----------------------------------------------------------------------------------
 
@@ -105,9 +105,9 @@ inline constexpr std::array kStringsServed{
 
 // Char codes: 3 go to 6, 3 to 4, all to varchar, 4 to 4 binary codes. Varchar to 6 + 1 text and 4
 // binary codes. 4 binary codes to 4 + 1 text and 4 binary ones. Locators: 3 + 3, 2, 3.
-inline constexpr int kStringPairs = (3 * 6 + 3 * 4 + 6 + 4 * 4) + (7 + 4) + 4 * (5 + 4) + 11;
+static_assert(count_pairs(kStringsServed) ==
+              (3 * 6 + 3 * 4 + 6 + 4 * 4) + (7 + 4) + 4 * (5 + 4) + 11);
 
 inline constexpr auto kBinaryServed = all_of(kFixedBinaryServed, kStringsServed);
-inline constexpr int kBinaryPairs = kFixedBinaryPairs + kStringPairs;
 
 }  // namespace tvx::api

@@ -73,6 +73,6 @@ inline constexpr std::array kDatesServed{TVX_DATE_PAIRS(TVX_ROW)          //
 
 // 6 destinations of each of the three types with a date and a time, 4 of date, 5 of each time; and
 // varying binary data from all 6.
-inline constexpr int kDatesPairs = 3 * 6 + 4 + 2 * 5 + 6;
+static_assert(count_pairs(kDatesServed) == 3 * 6 + 4 + 2 * 5 + 6);
 
 }  // namespace tvx::api

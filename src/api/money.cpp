@@ -2,7 +2,6 @@
 #include "tvxcomn/money.h"
 
 #include <algorithm>
-#include <utility>
 
 #include "api/exports.hpp"
 #include "api/money_served.hpp"

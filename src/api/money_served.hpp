@@ -55,6 +55,6 @@ inline constexpr std::array kMoneyServed{TVX_MONEY_PAIRS(TVX_ROW)               
 
 // For each money type 9 scalar sources, 11 scalar destinations and 2 money sources; 4 text codes
 // and 2 exact numeric codes both ways.
-inline constexpr int kMoneyPairs = 2 * (9 + 11 + 2 + 2 * (4 + 2));
+static_assert(count_pairs(kMoneyServed) == 2 * (9 + 11 + 2 + 2 * (4 + 2)));
 
 }  // namespace tvx::api

@@ -29,6 +29,6 @@ inline constexpr std::array kNumberTextServed{TVX_TO_EACH_SCALAR(TVX_FROM_TEXT, 
 #undef TVX_UNSIGNED_TO_TEXT
 
 // 4 text codes towards 11 scalar codes; 9 numbers towards 4 text codes.
-inline constexpr int kNumberTextPairs = 4 * 11 + 9 * 4;
+static_assert(count_pairs(kNumberTextServed) == 4 * 11 + 9 * 4);
 
 }  // namespace tvx::api

@@ -32,6 +32,6 @@ inline constexpr std::array kNumericServed{
 #undef TVX_FROM_NUM
 
 // 11 scalar codes towards 2 codes and back, 2 towards 2, and 4 text codes both ways.
-inline constexpr int kNumericPairs = 11 * 2 + 2 * 11 + 2 * 2 + 2 * 4 + 4 * 2;
+static_assert(count_pairs(kNumericServed) == 11 * 2 + 2 * 11 + 2 * 2 + 2 * 4 + 4 * 2);
 
 }  // namespace tvx::api

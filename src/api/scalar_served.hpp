@@ -29,6 +29,6 @@ inline constexpr std::array kScalarServed{
 #undef TVX_UNSIGNED_ROW
 
 // 10 sources towards 11 codes, int20 towards 6 of them; bit towards 8 text and binary codes.
-inline constexpr int kScalarPairs = 10 * 11 + 6 + 8;
+static_assert(count_pairs(kScalarServed) == 10 * 11 + 6 + 8);
 
 }  // namespace tvx::api

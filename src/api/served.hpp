@@ -26,6 +26,14 @@ int32_t traced_call(comn_context* context, const comn_datafmt* source_format, co
       conversion({context, source_format, source, destination_format, destination, output_length}));
 }
 
+// The cells that rows fill. Every family compares them with what it says that it serves.
+template <size_t count>
+constexpr int count_pairs(const std::array<Served, count>& rows) {
+  int pairs = 0;
+  for (const Served& row : rows) pairs += row.sources.size() * row.destinations.size();
+  return pairs;
+}
+
 // The rows of several families, one after the other.
 template <size_t... counts>
 constexpr auto all_of(const std::array<Served, counts>&... families) {

@@ -24,12 +24,10 @@ namespace type {
 
 struct money {
   using Value = comn_money;
-  static constexpr std::string_view name = "money";
   static constexpr CodeSet codes{TVX_TYPE_MONEY};
 };
 struct mny4 {
   using Value = int32_t;
-  static constexpr std::string_view name = "mny4";
   static constexpr CodeSet codes{TVX_TYPE_MNY4};
 };
 

@@ -20,7 +20,6 @@ namespace type {
 
 struct num {
   using Value = comn_numeric;
-  static constexpr std::string_view name = "num";
   static constexpr CodeSet codes = kNumFamily;
 };
 

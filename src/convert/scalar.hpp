@@ -2,8 +2,6 @@
 // against the pair's rule and stores either the converted value or a limit.
 #pragma once
 
-#include <bit>
-
 #include "base/bytes.hpp"
 #include "convert/arguments.hpp"
 #include "convert/scalar_rules.hpp"
