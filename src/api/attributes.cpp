@@ -24,13 +24,15 @@ const char* text(const uint8_t* bytes) {
   return reinterpret_cast<const char*>(bytes);
 }
 
-charset::Entry entry(const com_charattr* record, const char* character) {
-  rt::require_pointer(character);
+charset::Entry entry(const com_charattr* record, const char* character,
+                     int32_t line = __builtin_LINE()) {
+  rt::require_pointer(character, __FILE__, line);
   return charset::entry(charset::record_or_builtin(record), bytes(character));
 }
 
-int32_t flags(const com_charattr* record, const char* character, uint32_t mask) {
-  return static_cast<int32_t>(entry(record, character).flags & mask);
+int32_t flags(const com_charattr* record, const char* character, uint32_t mask,
+              int32_t line = __builtin_LINE()) {
+  return static_cast<int32_t>(entry(record, character, line).flags & mask);
 }
 
 }  // namespace

@@ -22,21 +22,19 @@ namespace tvx::api {
 #define TVX_TO_BINARY(S)                                                 \
   Served{convert::type::S::codes, convert::kBinFamily, comn_##S##tobin}, \
       Served{convert::type::S::codes, convert::kVarbin, comn_##S##tovarbin},
-#define TVX_UNSIGNED_TO_BINARY(S)                                             \
-  Served{convert::type::S::codes, convert::kBinFamily,                        \
-         convert::traced_call<convert::fixed_type_to_bin<convert::type::S>>}, \
-      Served{convert::type::S::codes, convert::kVarbin,                       \
-             convert::traced_call<convert::fixed_type_to_varbin<convert::type::S>>},
+#define TVX_UNSIGNED_TO_BINARY(S)                                    \
+  Served{convert::type::S::codes, convert::kBinFamily,               \
+         traced_call<convert::fixed_type_to_bin<convert::type::S>>}, \
+      Served{convert::type::S::codes, convert::kVarbin,              \
+             traced_call<convert::fixed_type_to_varbin<convert::type::S>>},
 #define TVX_FROM_BINARY(D)                                                                  \
   Served{convert::kBinFamily, convert::destination_codes<convert::type::D>, comn_binto##D}, \
       Served{convert::kVarbin, convert::destination_codes<convert::type::D>, comn_varbinto##D},
-#define TVX_BIG_FROM_BINARY(D)                                                                    \
-  Served{                                                                                         \
-      convert::kBinFamily, convert::type::D::codes,                                               \
-      convert::traced_call<convert::binary_to_fixed_type<convert::Form::bin, convert::type::D>>}, \
-      Served{convert::kVarbin, convert::type::D::codes,                                           \
-             convert::traced_call<                                                                \
-                 convert::binary_to_fixed_type<convert::Form::varbin, convert::type::D>>},
+#define TVX_BIG_FROM_BINARY(D)                                                              \
+  Served{convert::kBinFamily, convert::type::D::codes,                                      \
+         traced_call<convert::binary_to_fixed_type<convert::Form::bin, convert::type::D>>}, \
+      Served{convert::kVarbin, convert::type::D::codes,                                     \
+             traced_call<convert::binary_to_fixed_type<convert::Form::varbin, convert::type::D>>},
 
 inline constexpr std::array kFixedBinaryServed{
     TVX_BINARY_SOURCES(TVX_TO_BINARY)          //
@@ -55,7 +53,7 @@ inline constexpr std::array kFixedBinaryServed{
 #undef TVX_BIG_FROM_BINARY
 
 // 13 source codes and 21 destination codes with 4 binary ones each.
-inline constexpr int kFixedBinaryPairs = (13 + 21) * 4;
+static_assert(count_pairs(kFixedBinaryServed) == (13 + 21) * 4);
 
 // ---- Strings -----------------------------------------------------------------------------------
 
@@ -96,10 +94,10 @@ inline constexpr std::array kStringsServed{
     Served{convert::kVarbin, convert::kBinFamily, comn_varbintobin},
     Served{convert::kVarbin, convert::kVarbin, comn_varbintovarbin},
 
-    Served{kChar, convert::kLocators, convert::traced_call<convert::char_to_locator>},
+    Served{kChar, convert::kLocators, traced_call<convert::char_to_locator>},
     Served{convert::kLocators, kChar, comn_locatortochar},
-    Served{kTextLocator, {TVX_TYPE_TEXT}, convert::traced_call<convert::locator_to_text>},
-    Served{kImageLocator, {TVX_TYPE_IMAGE}, convert::traced_call<convert::locator_to_image>},
+    Served{kTextLocator, {TVX_TYPE_TEXT}, traced_call<convert::locator_to_text>},
+    Served{kImageLocator, {TVX_TYPE_IMAGE}, traced_call<convert::locator_to_image>},
     Served{kTextLocator, kTextLocator, comn_locatortolocator},
     Served{kImageLocator, kImageLocator, comn_locatortolocator},
     Served{kUnicodeLocator, kUnicodeLocator, comn_locatortolocator},
@@ -107,9 +105,9 @@ inline constexpr std::array kStringsServed{
 
 // Char codes: 3 go to 6, 3 to 4, all to varchar, 4 to 4 binary codes. Varchar to 6 + 1 text and 4
 // binary codes. 4 binary codes to 4 + 1 text and 4 binary ones. Locators: 3 + 3, 2, 3.
-inline constexpr int kStringPairs = (3 * 6 + 3 * 4 + 6 + 4 * 4) + (7 + 4) + 4 * (5 + 4) + 11;
+static_assert(count_pairs(kStringsServed) ==
+              (3 * 6 + 3 * 4 + 6 + 4 * 4) + (7 + 4) + 4 * (5 + 4) + 11);
 
 inline constexpr auto kBinaryServed = all_of(kFixedBinaryServed, kStringsServed);
-inline constexpr int kBinaryPairs = kFixedBinaryPairs + kStringPairs;
 
 }  // namespace tvx::api

@@ -19,11 +19,11 @@ using dt::ValueType;
 
 // ---- Conversions -------------------------------------------------------------------------------
 
-#define TO_TEXT(S, name)                                                         \
-  TVX_EXPORT_CONVERSION(comn_##name##tochar, traced_call<date_to_char<type::S>>) \
-  TVX_EXPORT_CONVERSION(comn_##name##tovarchar, traced_call<date_to_varchar<type::S>>)
+#define TO_TEXT(S, name)                                            \
+  TVX_EXPORT_CONVERSION(comn_##name##tochar, date_to_char<type::S>) \
+  TVX_EXPORT_CONVERSION(comn_##name##tovarchar, date_to_varchar<type::S>)
 #define BARE_TO_CHAR(name, type) \
-  TVX_EXPORT_BARE(comnb_##name##tochar, traced_bare_call<bare_date_to_char<ValueType::type>>)
+  TVX_EXPORT_BARE(comnb_##name##tochar, bare_date_to_char<ValueType::type>)
 
 TO_TEXT(datetime, date)
 TO_TEXT(date4, date4)
@@ -36,8 +36,7 @@ BARE_TO_CHAR(datea, kDatea)
 BARE_TO_CHAR(timea, kTimea)
 BARE_TO_CHAR(bigdatetime, kBigdatetime)
 BARE_TO_CHAR(bigtime, kBigtime)
-TVX_EXPORT_BARE(comnb_bigdatetimetovarchar,
-                traced_bare_call<bare_date_to_varchar<ValueType::kBigdatetime>>)
+TVX_EXPORT_BARE(comnb_bigdatetimetovarchar, bare_date_to_varchar<ValueType::kBigdatetime>)
 
 // ---- Formatters --------------------------------------------------------------------------------
 
@@ -47,9 +46,8 @@ static_assert(COM_FORMAT_REFUSED == static_cast<int32_t>(dt::Formatting::kRefuse
               COM_FORMAT_NO_NAMES == static_cast<int32_t>(dt::Formatting::kNoNames));
 
 int32_t format(ValueType type, const void* value, char* buffer, int32_t length, int32_t code,
-               const char* const* months) {
-  rt::require_pointer(value);
-  rt::require_pointer(buffer);
+               const char* const* months, int32_t line = __builtin_LINE()) {
+  rt::require_pointers({value, buffer}, __FILE__, line);
   return dt::format_date(type, value, buffer, length, code, months);
 }
 

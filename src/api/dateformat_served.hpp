@@ -19,6 +19,6 @@ inline constexpr std::array kDateFormatServed{TVX_ROWS(datetime, date) TVX_ROWS(
 #undef TVX_ROWS
 
 // 6 sources, 4 text codes.
-inline constexpr int kDateFormatPairs = 6 * 4;
+static_assert(count_pairs(kDateFormatServed) == 6 * 4);
 
 }  // namespace tvx::api

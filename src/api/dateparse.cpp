@@ -33,11 +33,13 @@ TVX_EXPORT_BARE(comnb_varchartodate4, bare_text_to_date<type::date4>)
 
 namespace {
 
-// The text of a parser, after its arguments are checked. An empty text may be null.
-std::string_view checked_text(const char* text, int32_t length, int32_t order, const void* value) {
-  if (length > 0) rt::require_pointer(text);
-  rt::require_pointer(value);
-  rt::require(order >= 1 && order <= dt::kDateOrders);
+// The text of a parser, after its arguments are checked under the line of the exported function. An
+// empty text may be null.
+std::string_view checked_text(const char* text, int32_t length, int32_t order, const void* value,
+                              int32_t line = __builtin_LINE()) {
+  if (length > 0) rt::require_pointer(text, __FILE__, line);
+  rt::require_pointer(value, __FILE__, line);
+  rt::require(order >= 1 && order <= dt::kDateOrders, __FILE__, line);
   return {text, static_cast<size_t>(std::max(length, 0))};
 }
 
@@ -45,8 +47,8 @@ std::string_view checked_text(const char* text, int32_t length, int32_t order, c
 template <class Value>
 int32_t parse(dt::ReadStatus (*read)(std::string_view, const dt::ReadingRules&, Value&, bool&),
               std::string_view text, const dt::ReadingRules& rules, Value* value,
-              int32_t* lost_digits) {
-  rt::require_pointer(lost_digits);
+              int32_t* lost_digits, int32_t line = __builtin_LINE()) {
+  rt::require_pointer(lost_digits, __FILE__, line);
   bool lost = false;
   const dt::ReadStatus status = read(text, rules, *value, lost);
   *lost_digits = lost ? 1 : 0;

@@ -19,6 +19,6 @@ inline constexpr std::array kDateParseServed{TVX_DATES_FROM_TEXT(TVX_FROM_TEXT, 
 #undef TVX_FROM_TEXT
 
 // 4 text codes towards 6 date codes.
-inline constexpr int kDateParsePairs = 4 * 6;
+static_assert(count_pairs(kDateParseServed) == 4 * 6);
 
 }  // namespace tvx::api

@@ -15,46 +15,39 @@ namespace rt = tvx::runtime;
 
 namespace {
 
-template <class... Pointers>
-void require_pointers(const Pointers*... pointers) {
-  (rt::require_pointer(pointers), ...);
-}
+// Checks take the line of the exported function.
 
 // ---- Cracking ----------------------------------------------------------------------------------
 
 void crack_date(const void* datetime, comn_dateparts& parts) {
-  rt::require_pointer(datetime);
   dt::crack_day(tvx::base::load<comn_datetime>(datetime).days, parts);
 }
 
 void crack_time(const void* datetime, comn_dateparts& parts) {
-  rt::require_pointer(datetime);
   dt::crack_ticks(tvx::base::load<comn_datetime>(datetime).ticks, parts);
 }
 
 void crack_big_date(const void* bigdatetime, comn_dateparts& parts) {
-  rt::require_pointer(bigdatetime);
   dt::crack_big_date(tvx::base::load<uint64_t>(bigdatetime), parts);
 }
 
 void crack_big_time(const void* big, comn_dateparts& parts) {
-  rt::require_pointer(big);
   dt::crack_big_time(tvx::base::load<uint64_t>(big), parts);
 }
 
 using Crack = void(const void*, comn_dateparts&);
 
 template <Crack& crack>
-void crack_into(const void* value, comn_dateparts* parts) {
-  rt::require_pointer(parts);
+void crack_into(const void* value, comn_dateparts* parts, int32_t line = __builtin_LINE()) {
+  rt::require_pointers({value, parts}, __FILE__, line);
   crack(value, *parts);
 }
 
 // The older record ends before the fraction.
 template <Crack& crack>
-void crack_into_older(const void* value, comn_dateparts* parts) {
+void crack_into_older(const void* value, comn_dateparts* parts, int32_t line = __builtin_LINE()) {
   constexpr size_t older_size = offsetof(comn_dateparts, fraction);
-  rt::require_pointer(parts);
+  rt::require_pointers({value, parts}, __FILE__, line);
   comn_dateparts whole{};
   std::memcpy(&whole, parts, older_size);
   crack(value, whole);
@@ -62,7 +55,8 @@ void crack_into_older(const void* value, comn_dateparts* parts) {
 }
 
 template <Crack& date, Crack& time>
-comn_dateparts crack_fully(const void* value) {
+comn_dateparts crack_fully(const void* value, int32_t line = __builtin_LINE()) {
+  rt::require_pointer(value, __FILE__, line);
   comn_dateparts parts{};
   date(value, parts);
   time(value, parts);
@@ -71,14 +65,15 @@ comn_dateparts crack_fully(const void* value) {
 
 // ---- Parts -------------------------------------------------------------------------------------
 
-int32_t value_of(int32_t part, const comn_dateparts& parts, int32_t first_day) {
-  rt::require(dt::is_part(part));
+int32_t value_of(int32_t part, const comn_dateparts& parts, int32_t first_day,
+                 int32_t line = __builtin_LINE()) {
+  rt::require(dt::is_part(part), __FILE__, line);
   return dt::part_value(part, parts, first_day);
 }
 
 int32_t text_of(int32_t part, const comn_dateparts& parts, char* buffer, const char* const* months,
-                const char* const* weekdays) {
-  rt::require_pointer(buffer);
+                const char* const* weekdays, int32_t line = __builtin_LINE()) {
+  rt::require_pointer(buffer, __FILE__, line);
   return dt::write_part(part, parts, buffer, months, weekdays);
 }
 
@@ -90,8 +85,8 @@ int32_t range_result(bool is_in_range) {
 }
 
 template <class Value>
-Value take(const Value* value) {
-  rt::require_pointer(value);
+Value take(const Value* value, int32_t line = __builtin_LINE()) {
+  rt::require_pointer(value, __FILE__, line);
   return tvx::base::load<Value>(value);
 }
 
@@ -108,15 +103,16 @@ int32_t compare(First first_a, First first_b, Second second_a, Second second_b) 
 }
 
 template <class Value>
-int32_t compare(const Value* a, const Value* b) {
-  return sign_of_difference(take(a), take(b));
+int32_t compare(const Value* a, const Value* b, int32_t line = __builtin_LINE()) {
+  return sign_of_difference(take(a, line), take(b, line));
 }
 
 // By the rule of a pair. A refused value stays out of the destination, unless the rule says what
 // goes there.
 template <class Source, class Destination>
-dt::Status convert(const DateValue<Source>* source, DateValue<Destination>* destination) {
-  require_pointers(source, destination);
+dt::Status convert(const DateValue<Source>* source, DateValue<Destination>* destination,
+                   int32_t line = __builtin_LINE()) {
+  rt::require_pointers({source, destination}, __FILE__, line);
   int32_t length = 0;
   return convert_date<Source, Destination>(source, destination, length);
 }
@@ -260,9 +256,9 @@ int32_t com__bigtimetodate(const uint64_t* bigtime, comn_datetime* datetime) {
 
 #define CONVERSION(S, D, name) TVX_EXPORT_CONVERSION(comn_##name, date_routine<type::S, type::D>)
 #define BARE(S, D, name) TVX_EXPORT_BARE(comnb_##name, bare_date_routine<type::S, type::D>)
-#define TO_BINARY(S, name)                                                           \
-  TVX_EXPORT_CONVERSION(comn_##name##tobin, traced_call<fixed_type_to_bin<type::S>>) \
-  TVX_EXPORT_CONVERSION(comn_##name##tovarbin, traced_call<fixed_type_to_varbin<type::S>>)
+#define TO_BINARY(S, name)                                              \
+  TVX_EXPORT_CONVERSION(comn_##name##tobin, fixed_type_to_bin<type::S>) \
+  TVX_EXPORT_CONVERSION(comn_##name##tovarbin, fixed_type_to_varbin<type::S>)
 
 TVX_DATE_PAIRS(CONVERSION)
 TVX_DATE_PAIRS(BARE)

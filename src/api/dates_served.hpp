@@ -53,12 +53,12 @@ namespace tvx::api {
 #define TVX_ROW(S, D, name) Served{convert::type::S::codes, convert::type::D::codes, comn_##name},
 #define TVX_BIG_ROW(S, D, name)                            \
   Served{convert::type::S::codes, convert::type::D::codes, \
-         convert::date_routine<convert::type::S, convert::type::D>},
+         traced_call<convert::date_routine<convert::type::S, convert::type::D>>},
 #define TVX_BINARY_ROW(S, name) \
   Served{convert::type::S::codes, convert::kVarbin, comn_##name##tovarbin},
 #define TVX_BIG_BINARY_ROW(S)                       \
   Served{convert::type::S::codes, convert::kVarbin, \
-         convert::traced_call<convert::fixed_type_to_varbin<convert::type::S>>},
+         traced_call<convert::fixed_type_to_varbin<convert::type::S>>},
 
 inline constexpr std::array kDatesServed{TVX_DATE_PAIRS(TVX_ROW)          //
                                          TVX_BIG_DATE_PAIRS(TVX_BIG_ROW)  //
@@ -73,6 +73,6 @@ inline constexpr std::array kDatesServed{TVX_DATE_PAIRS(TVX_ROW)          //
 
 // 6 destinations of each of the three types with a date and a time, 4 of date, 5 of each time; and
 // varying binary data from all 6.
-inline constexpr int kDatesPairs = 3 * 6 + 4 + 2 * 5 + 6;
+static_assert(count_pairs(kDatesServed) == 3 * 6 + 4 + 2 * 5 + 6);
 
 }  // namespace tvx::api

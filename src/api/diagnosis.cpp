@@ -21,9 +21,9 @@ void put_perr_text(const char* text, std::FILE* stream) {
   }
 }
 
-void require_room(size_t length, int32_t size) {
-  rt::require(size >= 1);
-  rt::require(length < static_cast<size_t>(size));
+void require_room(size_t length, int32_t size, int32_t line = __builtin_LINE()) {
+  rt::require(size >= 1, __FILE__, line);
+  rt::require(length < static_cast<size_t>(size), __FILE__, line);
 }
 
 }  // namespace

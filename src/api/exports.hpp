@@ -1,23 +1,23 @@
-// How a routine template becomes an exported function: the border between the C names and the
-// bodies.
+// How a conversion becomes an exported function: the border between the C names and the bodies. The
+// function's position, which a trace line names, is that of the macro's use.
 #pragma once
 
-#include "tvxcomn/datatypes.h"
+#include "convert/arguments.hpp"
 
-// A comn_ function that is exactly one routine of the core.
-#define TVX_EXPORT_CONVERSION(name, ...)                                                \
-  extern "C" int32_t name(comn_context* context, const comn_datafmt* source_format,     \
-                          const void* source, const comn_datafmt* destination_format,   \
-                          void* destination, int32_t* output_length) {                  \
-    return __VA_ARGS__(context, source_format, source, destination_format, destination, \
-                       output_length);                                                  \
+// A comn_ function that is exactly one conversion; `...` is a function over a Call.
+#define TVX_EXPORT_CONVERSION(name, ...)                                                    \
+  extern "C" int32_t name(comn_context* context, const comn_datafmt* source_format,         \
+                          const void* source, const comn_datafmt* destination_format,       \
+                          void* destination, int32_t* output_length) {                      \
+    return tvx::runtime::traced(__VA_ARGS__(                                                \
+        {context, source_format, source, destination_format, destination, output_length})); \
   }
 
-// A comnb_ function that is exactly one routine of the core.
+// A comnb_ function that is exactly one bare conversion; `...` is a function over a BareCall.
 #define TVX_EXPORT_BARE(name, ...)                                                 \
   extern "C" int32_t name(const comnb_context* context, const comnb_value* source, \
                           comnb_value* destination) {                              \
-    return __VA_ARGS__(context, source, destination);                              \
+    return tvx::runtime::traced(__VA_ARGS__({context, source, destination}));      \
   }
 
 // The scalar types, once for each place of a pair, so that lists of pairs can be made of them.

@@ -8,35 +8,40 @@ namespace rt = tvx::runtime;
 
 namespace {
 
+// Checks and trace points take the line of the exported function.
+
 int32_t open_context(int32_t version, const char* name, int32_t name_length,
-                     const rt::ListMemory& memory, lm_context** context) {
-  rt::require_pointer(name);
-  rt::require_pointer(context);
-  return rt::traced(rt::create_list_context(version, name, name_length, memory, *context));
+                     const rt::ListMemory& memory, lm_context** context,
+                     int32_t line = __builtin_LINE()) {
+  rt::require_pointers({name, context}, __FILE__, line);
+  return rt::traced(rt::create_list_context(version, name, name_length, memory, *context), __FILE__,
+                    line);
 }
 
 int32_t open_list(lm_context& context, int32_t kind, const char* name, int32_t name_length,
-                  const rt::ListMemory& memory, lm_list** list) {
-  rt::require_ready(context.state);
-  rt::require_pointer(name);
-  rt::require_pointer(list);
-  return rt::traced(rt::create_list(context, kind, name, name_length, memory, *list));
+                  const rt::ListMemory& memory, lm_list** list, int32_t line = __builtin_LINE()) {
+  rt::require_ready(context.state, __FILE__, line);
+  rt::require_pointers({name, list}, __FILE__, line);
+  return rt::traced(rt::create_list(context, kind, name, name_length, memory, *list), __FILE__,
+                    line);
 }
 
-rt::ListMemory memory_of(lm_allocate* allocate, lm_release* release, void* user) {
-  rt::require_pointer(reinterpret_cast<const void*>(allocate));
-  rt::require_pointer(reinterpret_cast<const void*>(release));
+rt::ListMemory memory_of(lm_allocate* allocate, lm_release* release, void* user,
+                         int32_t line = __builtin_LINE()) {
+  rt::require_pointers(
+      {reinterpret_cast<const void*>(allocate), reinterpret_cast<const void*>(release)}, __FILE__,
+      line);
   return {allocate, release, user};
 }
 
 // The properties of `record`, a context or a list.
 template <class Record>
 int32_t property(Record* record, int32_t (*operate)(Record&, const rt::PropertyRequest&),
-                 const rt::PropertyRequest& request) {
+                 const rt::PropertyRequest& request, int32_t line = __builtin_LINE()) {
   if (request.out_length != nullptr) *request.out_length = 0;
-  if (record == nullptr) return rt::traced(CS_FAIL);
-  rt::require_ready(record->state);
-  return rt::traced(operate(*record, request));
+  if (record == nullptr) return rt::traced(CS_FAIL, __FILE__, line);
+  rt::require_ready(record->state, __FILE__, line);
+  return rt::traced(operate(*record, request), __FILE__, line);
 }
 
 }  // namespace

@@ -2,7 +2,6 @@
 #include "tvxcomn/money.h"
 
 #include <algorithm>
-#include <utility>
 
 #include "api/exports.hpp"
 #include "api/money_served.hpp"
@@ -13,11 +12,6 @@ namespace num = tvx::numeric;
 namespace rt = tvx::runtime;
 
 namespace {
-
-template <class... Pointers>
-void require_pointers(const Pointers*... pointers) {
-  (rt::require_pointer(pointers), ...);
-}
 
 // An amount type as it lies in the callers' memory.
 Money load(const comn_money* value) {
@@ -40,43 +34,21 @@ MoneyStatus deliver(Stored* destination, const MoneyResult<Amount>& result) {
   return result.status;
 }
 
-template <class Stored>
-using AmountOf = decltype(load(std::declval<const Stored*>()));
+// Checks and trace points take the line of the exported function.
 
-template <class Amount>
-using Operation = MoneyResult<Amount>(Amount, Amount);
-
-template <class Stored, Operation<AmountOf<Stored>>& operation>
-MoneyStatus binary(const Stored* a, const Stored* b, Stored* result) {
-  require_pointers(a, b, result);
-  return deliver(result, operation(load(a), load(b)));
-}
-
-template <class Stored>
-MoneyStatus minus(const Stored* source, Stored* destination) {
-  require_pointers(source, destination);
-  return deliver(destination, num::negate(load(source)));
-}
-
-template <class Stored>
-MoneyStatus copy(const Stored* source, Stored* destination) {
-  require_pointers(source, destination);
-  store(destination, load(source));
-  return MoneyStatus::kDone;
-}
-
-MoneyStatus step(comn_money* value, int64_t steps) {
-  require_pointers(value);
+MoneyStatus step(comn_money* value, int64_t steps, int32_t line = __builtin_LINE()) {
+  rt::require_pointer(value, __FILE__, line);
   return deliver(value, num::step(load(value), steps));
 }
 
-MoneyStatus scale(comn_money* value, uint32_t multiplier, int32_t addend) {
-  require_pointers(value);
+MoneyStatus scale(comn_money* value, uint32_t multiplier, int32_t addend,
+                  int32_t line = __builtin_LINE()) {
+  rt::require_pointer(value, __FILE__, line);
   return deliver(value, num::scale(load(value), multiplier, addend));
 }
 
-int32_t take_digit(comn_money* value, char* digit) {
-  require_pointers(value, digit);
+int32_t take_digit(comn_money* value, char* digit, int32_t line = __builtin_LINE()) {
+  rt::require_pointers({value, digit}, __FILE__, line);
   const auto [quotient, remainder] = num::divide_by_integer(load(value), 10);
   *digit = static_cast<char>('0' + remainder);
   store(value, quotient);
@@ -84,15 +56,14 @@ int32_t take_digit(comn_money* value, char* digit) {
 }
 
 template <class Stored>
-int32_t compare(const Stored* a, const Stored* b) {
-  require_pointers(a, b);
+int32_t compare(const Stored* a, const Stored* b, int32_t line = __builtin_LINE()) {
+  rt::require_pointers({a, b}, __FILE__, line);
   const auto left = load(a).count;
   const auto right = load(b).count;
   return left < right ? -1 : left > right ? 1 : 0;
 }
 
 char* write(Money value, char* buffer, int32_t length, int32_t flags) {
-  rt::require_pointer(buffer);
   const MoneyText text(value, num::money_format(flags));
   if (text.length() > length) return nullptr;
   char* const begin = buffer + (length - text.length());
@@ -100,13 +71,15 @@ char* write(Money value, char* buffer, int32_t length, int32_t flags) {
   return begin;
 }
 
-char* write(const comn_money* value, char* buffer, int32_t length, int32_t flags) {
-  require_pointers(value);
+char* write(const comn_money* value, char* buffer, int32_t length, int32_t flags,
+            int32_t line = __builtin_LINE()) {
+  rt::require_pointers({value, buffer}, __FILE__, line);
   return write(load(value), buffer, length, flags);
 }
 
-char* write(const int32_t* value, char* buffer, int32_t length, int32_t flags) {
-  require_pointers(value);
+char* write(const int32_t* value, char* buffer, int32_t length, int32_t flags,
+            int32_t line = __builtin_LINE()) {
+  rt::require_pointers({value, buffer}, __FILE__, line);
   return write(num::widen(load(value)), buffer, length, flags);
 }
 
@@ -115,8 +88,8 @@ int32_t status(MoneyStatus status) {
   return static_cast<int32_t>(status);
 }
 
-int32_t traced_code(MoneyStatus status) {
-  return rt::traced(result_code(status));
+int32_t traced_code(MoneyStatus status, int32_t line = __builtin_LINE()) {
+  return rt::traced(result_code(status), __FILE__, line);
 }
 
 }  // namespace
@@ -125,37 +98,39 @@ int32_t traced_code(MoneyStatus status) {
 
 #define BINARY(name, Stored, report, operation)                               \
   extern "C" int32_t name(const Stored* a, const Stored* b, Stored* result) { \
-    return report(binary<Stored, num::operation>(a, b, result));              \
+    rt::require_pointers({a, b, result});                                     \
+    return report(deliver(result, operation(load(a), load(b))));              \
   }
 #define UNARY(name, Stored, report, operation)                         \
   extern "C" int32_t name(const Stored* source, Stored* destination) { \
-    return report(operation(source, destination));                     \
+    rt::require_pointers({source, destination});                       \
+    return report(deliver(destination, operation(load(source))));      \
   }
 
-BINARY(com__mnyadd, comn_money, status, add)
-BINARY(com__mnysub, comn_money, status, subtract)
-BINARY(com__mnymul, comn_money, status, multiply)
-BINARY(com__mnydiv, comn_money, status, divide)
-BINARY(com__mnyadd4, int32_t, status, add)
-BINARY(com__mnysub4, int32_t, status, subtract)
-BINARY(com__mnymul4, int32_t, status, multiply)
-BINARY(com__mnydiv4, int32_t, status, divide)
-UNARY(com__mnyminus, comn_money, status, minus)
-UNARY(com__mnyminus4, int32_t, status, minus)
-UNARY(com__mnycopy, comn_money, status, copy)
+BINARY(com__mnyadd, comn_money, status, num::add)
+BINARY(com__mnysub, comn_money, status, num::subtract)
+BINARY(com__mnymul, comn_money, status, num::multiply)
+BINARY(com__mnydiv, comn_money, status, num::divide)
+BINARY(com__mnyadd4, int32_t, status, num::add)
+BINARY(com__mnysub4, int32_t, status, num::subtract)
+BINARY(com__mnymul4, int32_t, status, num::multiply)
+BINARY(com__mnydiv4, int32_t, status, num::divide)
+UNARY(com__mnyminus, comn_money, status, num::negate)
+UNARY(com__mnyminus4, int32_t, status, num::negate)
+UNARY(com__mnycopy, comn_money, status, num::money_done)
 
-BINARY(comn_mnyadd, comn_money, traced_code, add)
-BINARY(comn_mnysub, comn_money, traced_code, subtract)
-BINARY(comn_mnymul, comn_money, traced_code, multiply)
-BINARY(comn_mnydivide, comn_money, traced_code, divide)
-BINARY(comn_mny4add, int32_t, traced_code, add)
-BINARY(comn_mny4sub, int32_t, traced_code, subtract)
-BINARY(comn_mny4mul, int32_t, traced_code, multiply)
-BINARY(comn_mny4divide, int32_t, traced_code, divide)
-UNARY(comn_mnyminus, comn_money, traced_code, minus)
-UNARY(comn_mny4minus, int32_t, traced_code, minus)
-UNARY(comn_mnycopy, comn_money, traced_code, copy)
-UNARY(comn_mny4copy, int32_t, traced_code, copy)
+BINARY(comn_mnyadd, comn_money, traced_code, num::add)
+BINARY(comn_mnysub, comn_money, traced_code, num::subtract)
+BINARY(comn_mnymul, comn_money, traced_code, num::multiply)
+BINARY(comn_mnydivide, comn_money, traced_code, num::divide)
+BINARY(comn_mny4add, int32_t, traced_code, num::add)
+BINARY(comn_mny4sub, int32_t, traced_code, num::subtract)
+BINARY(comn_mny4mul, int32_t, traced_code, num::multiply)
+BINARY(comn_mny4divide, int32_t, traced_code, num::divide)
+UNARY(comn_mnyminus, comn_money, traced_code, num::negate)
+UNARY(comn_mny4minus, int32_t, traced_code, num::negate)
+UNARY(comn_mnycopy, comn_money, traced_code, num::money_done)
+UNARY(comn_mny4copy, int32_t, traced_code, num::money_done)
 
 extern "C" {
 
@@ -196,29 +171,29 @@ int32_t comn_mny4cmp(const int32_t* a, const int32_t* b) {
 }
 
 void comn_mnyzero(comn_money* value) {
-  require_pointers(value);
+  rt::require_pointer(value);
   store(value, Money{0});
 }
 
 void comn_mny4zero(int32_t* value) {
-  require_pointers(value);
+  rt::require_pointer(value);
   store(value, SmallMoney{0});
 }
 
 void comn_mnymaxpos(comn_money* value) {
-  require_pointers(value);
+  rt::require_pointer(value);
   store(value, num::kLargestMoney);
 }
 
 void comn_mnymaxneg(comn_money* value) {
-  require_pointers(value);
+  rt::require_pointer(value);
   store(value, num::kMostNegativeMoney);
 }
 
 // ---- Digits ------------------------------------------------------------------------------------
 
 int32_t comn_mnydown(comn_money* value, int32_t divisor) {
-  require_pointers(value);
+  rt::require_pointer(value);
   const uint32_t low_bits = static_cast<uint32_t>(divisor) & 0xFFFF;
   if (low_bits == 0) return 0;
   const auto [quotient, remainder] = num::divide_by_integer(load(value), low_bits);
@@ -227,7 +202,7 @@ int32_t comn_mnydown(comn_money* value, int32_t divisor) {
 }
 
 int32_t comn_mnyinit(comn_money* value, int32_t digits) {
-  require_pointers(value);
+  rt::require_pointer(value);
   constexpr int32_t all_digits = 19;  // of 2^63, which rounds off to 1 with all of them dropped
   const Money amount = load(value);
   const uint64_t power = num::power_of_ten(std::clamp(digits, 0, all_digits));
@@ -245,7 +220,7 @@ int32_t comn_mnyndigit(comn_money* value, char* digit) {
 }
 
 void comn_mnyxdiv(const comn_money* dividend, const comn_money* divisor, comn_money* quotient) {
-  require_pointers(dividend, divisor, quotient);
+  rt::require_pointers({dividend, divisor, quotient});
   const uint32_t number = divisor->low;
   store(quotient, number == 0 ? Money{0} : num::divide_by_integer(load(dividend), number).quotient);
 }
@@ -253,20 +228,20 @@ void comn_mnyxdiv(const comn_money* dividend, const comn_money* divisor, comn_mo
 // ---- Other forms of an amount ------------------------------------------------------------------
 
 int32_t com__mny4tomny(const int32_t* source, comn_money* destination) {
-  require_pointers(source, destination);
+  rt::require_pointers({source, destination});
   store(destination, num::widen(load(source)));
   return status(MoneyStatus::kDone);
 }
 
 int32_t com__mnytoflt8(const comn_money* value, int32_t /*length*/, double* destination) {
-  require_pointers(value, destination);
+  rt::require_pointers({value, destination});
   *destination = num::double_of_money(load(value));
   return sizeof *destination;
 }
 
 int32_t com__flt8tomny(const double* source, int32_t length, comn_money* destination,
                        int32_t /*ignored*/) {
-  require_pointers(destination);
+  rt::require_pointer(destination);
   store(destination, Money{0});
   if (source == nullptr || length == 0) return sizeof *source;
   const auto amount = num::money_of_double(*source);
@@ -299,8 +274,8 @@ char* com_precmnytochar(const comn_money* value, char* buffer, int32_t length, i
 
 int32_t com__mnyfromchar_mb(comn_money* value, const char* text, int32_t length,
                             int32_t /*ignored*/, const com_charattr* attributes) {
-  require_pointers(value);
-  if (length > 0) require_pointers(text);
+  rt::require_pointer(value);
+  if (length > 0) rt::require_pointer(text);
   const auto amount = num::parse_money(text, length, attributes);
   store(value, amount.status == MoneyStatus::kDone ? amount.value : Money{0});
   return status(amount.status);

@@ -32,7 +32,7 @@ namespace tvx::api {
   Served{convert::type::S::codes, convert::destination_codes<convert::type::D>, comn_##S##to##D},
 #define TVX_UNSIGNED_ROW(S, D)                             \
   Served{convert::type::S::codes, convert::type::D::codes, \
-         convert::money_routine<convert::type::S, convert::type::D>},
+         traced_call<convert::money_routine<convert::type::S, convert::type::D>>},
 #define TVX_FROM_TEXT(T, D) \
   Served{convert::type::text_##T::table_codes, convert::type::D::codes, comn_##T##to##D},
 #define TVX_TO_TEXT(S, T) \
@@ -55,6 +55,6 @@ inline constexpr std::array kMoneyServed{TVX_MONEY_PAIRS(TVX_ROW)               
 
 // For each money type 9 scalar sources, 11 scalar destinations and 2 money sources; 4 text codes
 // and 2 exact numeric codes both ways.
-inline constexpr int kMoneyPairs = 2 * (9 + 11 + 2 + 2 * (4 + 2));
+static_assert(count_pairs(kMoneyServed) == 2 * (9 + 11 + 2 + 2 * (4 + 2)));
 
 }  // namespace tvx::api

@@ -32,61 +32,34 @@ TVX_UNSIGNED_NUMBERS(BARE_TO_TEXT, varchar)
 
 // ---- Hexadecimal text --------------------------------------------------------------------------
 
-TVX_EXPORT_BARE(comnb_hextoi4, traced_bare_call<hex_to_integer<uint32_t>>)
-TVX_EXPORT_BARE(comnb_hextoi8, traced_bare_call<hex_to_integer<uint64_t>>)
-TVX_EXPORT_BARE(comnb_hextoui4, traced_bare_call<hex_to_integer<uint32_t>>)
-TVX_EXPORT_BARE(comnb_hextoui8, traced_bare_call<hex_to_integer<uint64_t>>)
-TVX_EXPORT_BARE(comnb_i4tohex, traced_bare_call<integer_to_hex<uint32_t>>)
-TVX_EXPORT_BARE(comnb_i8tohex, traced_bare_call<integer_to_hex<uint64_t>>)
-TVX_EXPORT_BARE(comnb_ui4tohex, traced_bare_call<integer_to_hex<uint32_t>>)
-TVX_EXPORT_BARE(comnb_ui8tohex, traced_bare_call<integer_to_hex<uint64_t>>)
+TVX_EXPORT_BARE(comnb_hextoi4, hex_to_integer<uint32_t>)
+TVX_EXPORT_BARE(comnb_hextoi8, hex_to_integer<uint64_t>)
+TVX_EXPORT_BARE(comnb_hextoui4, hex_to_integer<uint32_t>)
+TVX_EXPORT_BARE(comnb_hextoui8, hex_to_integer<uint64_t>)
+TVX_EXPORT_BARE(comnb_i4tohex, integer_to_hex<uint32_t>)
+TVX_EXPORT_BARE(comnb_i8tohex, integer_to_hex<uint64_t>)
+TVX_EXPORT_BARE(comnb_ui4tohex, integer_to_hex<uint32_t>)
+TVX_EXPORT_BARE(comnb_ui8tohex, integer_to_hex<uint64_t>)
 
 // ---- Parsers -----------------------------------------------------------------------------------
 
-namespace {
+#define PARSER(name, Integer)                                                    \
+  extern "C" int32_t name(const char* text, int32_t length, Integer* value,      \
+                          const com_charattr* attributes) {                      \
+    rt::require_pointers({text, value});                                         \
+    const auto result = parse_integer_text<Integer>({text, length}, attributes); \
+    *value = result.value;                                                       \
+    return result.status;                                                        \
+  }
 
-template <class Integer>
-int32_t parse(const char* text, int32_t length, Integer* value, const com_charattr* attributes) {
-  rt::require_pointer(text);
-  rt::require_pointer(value);
-  const auto result = parse_integer_text<Integer>({text, length}, attributes);
-  *value = result.value;
-  return result.status;
-}
-
-}  // namespace
+PARSER(com__chtoi2_mb, int16_t)
+PARSER(com__chtoi4_mb, int32_t)
+PARSER(com__chtoi8_mb, int64_t)
+PARSER(com__chtoui2_mb, uint16_t)
+PARSER(com__chtoui4_mb, uint32_t)
+PARSER(com__chtoui8_mb, uint64_t)
 
 extern "C" {
-
-int32_t com__chtoi2_mb(const char* text, int32_t length, int16_t* value,
-                       const com_charattr* attributes) {
-  return parse(text, length, value, attributes);
-}
-
-int32_t com__chtoi4_mb(const char* text, int32_t length, int32_t* value,
-                       const com_charattr* attributes) {
-  return parse(text, length, value, attributes);
-}
-
-int32_t com__chtoi8_mb(const char* text, int32_t length, int64_t* value,
-                       const com_charattr* attributes) {
-  return parse(text, length, value, attributes);
-}
-
-int32_t com__chtoui2_mb(const char* text, int32_t length, uint16_t* value,
-                        const com_charattr* attributes) {
-  return parse(text, length, value, attributes);
-}
-
-int32_t com__chtoui4_mb(const char* text, int32_t length, uint32_t* value,
-                        const com_charattr* attributes) {
-  return parse(text, length, value, attributes);
-}
-
-int32_t com__chtoui8_mb(const char* text, int32_t length, uint64_t* value,
-                        const com_charattr* attributes) {
-  return parse(text, length, value, attributes);
-}
 
 int32_t com__conv2ascii(const char* text, int32_t length, char* out, int32_t capacity,
                         const com_charattr* attributes) {

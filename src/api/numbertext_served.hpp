@@ -15,7 +15,7 @@ namespace tvx::api {
   Served{convert::type::S::codes, convert::type::text_##T::table_codes, comn_##S##to##T},
 #define TVX_UNSIGNED_TO_TEXT(S, T)                                      \
   Served{convert::type::S::codes, convert::type::text_##T::table_codes, \
-         convert::number_to_text<convert::type::S, convert::type::text_##T>},
+         traced_call<convert::number_to_text<convert::type::S, convert::type::text_##T>>},
 
 inline constexpr std::array kNumberTextServed{TVX_TO_EACH_SCALAR(TVX_FROM_TEXT, char)           //
                                               TVX_TO_EACH_SCALAR(TVX_FROM_TEXT, varchar)        //
@@ -29,6 +29,6 @@ inline constexpr std::array kNumberTextServed{TVX_TO_EACH_SCALAR(TVX_FROM_TEXT, 
 #undef TVX_UNSIGNED_TO_TEXT
 
 // 4 text codes towards 11 scalar codes; 9 numbers towards 4 text codes.
-inline constexpr int kNumberTextPairs = 4 * 11 + 9 * 4;
+static_assert(count_pairs(kNumberTextServed) == 4 * 11 + 9 * 4);
 
 }  // namespace tvx::api

@@ -12,7 +12,7 @@ namespace tvx::api {
   Served{convert::num_source_codes<convert::type::S>, convert::kNumFamily, comn_##S##tonum},
 #define TVX_UNSIGNED_TO_NUM(S)                                             \
   Served{convert::num_source_codes<convert::type::S>, convert::kNumFamily, \
-         convert::scalar_to_num<convert::type::S>},
+         traced_call<convert::scalar_to_num<convert::type::S>>},
 #define TVX_FROM_NUM(S, D) \
   Served{convert::kNumFamily, convert::destination_codes<convert::type::D>, comn_numto##D},
 
@@ -32,6 +32,6 @@ inline constexpr std::array kNumericServed{
 #undef TVX_FROM_NUM
 
 // 11 scalar codes towards 2 codes and back, 2 towards 2, and 4 text codes both ways.
-inline constexpr int kNumericPairs = 11 * 2 + 2 * 11 + 2 * 2 + 2 * 4 + 4 * 2;
+static_assert(count_pairs(kNumericServed) == 11 * 2 + 2 * 11 + 2 * 2 + 2 * 4 + 4 * 2);
 
 }  // namespace tvx::api

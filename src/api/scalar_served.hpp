@@ -14,7 +14,7 @@ namespace tvx::api {
 #define TVX_UNSIGNED_ROW(S, D)                                      \
   Served{convert::source_codes<convert::type::S, convert::type::D>, \
          convert::destination_codes<convert::type::D>,              \
-         convert::scalar_routine<convert::type::S, convert::type::D>},
+         traced_call<convert::scalar_routine<convert::type::S, convert::type::D>>},
 
 inline constexpr std::array kScalarServed{
     TVX_FROM_EACH_EXPORTED(TVX_ROW)           //
@@ -29,6 +29,6 @@ inline constexpr std::array kScalarServed{
 #undef TVX_UNSIGNED_ROW
 
 // 10 sources towards 11 codes, int20 towards 6 of them; bit towards 8 text and binary codes.
-inline constexpr int kScalarPairs = 10 * 11 + 6 + 8;
+static_assert(count_pairs(kScalarServed) == 10 * 11 + 6 + 8);
 
 }  // namespace tvx::api

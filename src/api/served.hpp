@@ -4,7 +4,7 @@
 #include <array>
 #include <cstddef>
 
-#include "convert/catalogue.hpp"
+#include "convert/arguments.hpp"
 
 namespace tvx::api {
 
@@ -16,6 +16,23 @@ struct Served {
   convert::CodeSet destinations;
   comn_conversion* routine;
 };
+
+// The routine of a conversion that is reached through the table only.
+template <int32_t (*conversion)(const convert::Call&)>
+int32_t traced_call(comn_context* context, const comn_datafmt* source_format, const void* source,
+                    const comn_datafmt* destination_format, void* destination,
+                    int32_t* output_length) {
+  return runtime::traced(
+      conversion({context, source_format, source, destination_format, destination, output_length}));
+}
+
+// The cells that rows fill. Every family compares them with what it says that it serves.
+template <size_t count>
+constexpr int count_pairs(const std::array<Served, count>& rows) {
+  int pairs = 0;
+  for (const Served& row : rows) pairs += row.sources.size() * row.destinations.size();
+  return pairs;
+}
 
 // The rows of several families, one after the other.
 template <size_t... counts>

@@ -1,4 +1,9 @@
-// The checks with which every conversion begins. Breaking one is a fatal usage error.
+// The arguments of a conversion, and the checks with which every one begins. Breaking one is a
+// fatal usage error.
+//
+// A conversion is a function over a Call or a BareCall that returns its result code. It becomes a C
+// function, and its code is traced, where it leaves the library: in api/exports.hpp, or in
+// api/served.hpp when it is reached through the table only.
 #pragma once
 
 #include "base/bytes.hpp"
@@ -67,21 +72,6 @@ struct BareCall {
       runtime::null_pointer(file, line);
   }
 };
-
-// Give a function over a call the one signature of its layer, and its result the trace point.
-template <int32_t (*function)(const Call&)>
-int32_t traced_call(comn_context* context, const comn_datafmt* source_format, const void* source,
-                    const comn_datafmt* destination_format, void* destination,
-                    int32_t* output_length) {
-  return runtime::traced(
-      function({context, source_format, source, destination_format, destination, output_length}));
-}
-
-template <int32_t (*function)(const BareCall&)>
-int32_t traced_bare_call(const comnb_context* context, const comnb_value* source,
-                         comnb_value* destination) {
-  return runtime::traced(function({context, source, destination}));
-}
 
 // A text, or binary data, as a source delivers it.
 struct Text {

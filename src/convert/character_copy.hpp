@@ -87,18 +87,15 @@ inline int32_t complete_copy(const Call& call, Delivered delivered) {
 
 // comn_ routine from text and varchar. The apostrophes of a record are never doubled.
 template <Form source_form>
-int32_t text_to_char(comn_context* context, const comn_datafmt* source_format, const void* source,
-                     const comn_datafmt* destination_format, void* destination,
-                     int32_t* output_length) {
-  const Call call{context, source_format, source, destination_format, destination, output_length};
+int32_t text_to_char(const Call& call) {
   call.require_codes(codes_of(source_form), kCharFamily);
   const Text text = source_of<source_form>(call);
   const int32_t capacity = destination_capacity(call);
-  auto* const out = static_cast<char*>(destination);
+  auto* const out = static_cast<char*>(call.destination);
   const Delivered delivered = source_form == Form::text
                                   ? put_text(call, text, out, capacity)
                                   : copy_characters(common_attributes(call), text, out, capacity);
-  return runtime::traced(complete_copy(call, delivered));
+  return complete_copy(call, delivered);
 }
 
 template <Form source_form>

@@ -139,27 +139,22 @@ inline datetime::Status convert_date(const void* source, void* destination, int3
 
 // comn_ routine of a pair.
 template <class Source, class Destination>
-int32_t date_routine(comn_context* context, const comn_datafmt* source_format, const void* source,
-                     const comn_datafmt* destination_format, void* destination,
-                     int32_t* output_length) {
-  const Call call{context, source_format, source, destination_format, destination, output_length};
+int32_t date_routine(const Call& call) {
   call.require_codes(Source::codes, Destination::codes);
-  const auto status = convert_date<Source, Destination>(source, destination, *output_length);
-  return runtime::traced(datetime::is_delivered(status) ? CS_SUCCEED
-                                                        : static_cast<int32_t>(status));
+  const auto status =
+      convert_date<Source, Destination>(call.source, call.destination, *call.output_length);
+  return datetime::is_delivered(status) ? CS_SUCCEED : static_cast<int32_t>(status);
 }
 
 // comnb_ routine of a pair.
 template <class Source, class Destination>
-int32_t bare_date_routine(const comnb_context* context, const comnb_value* source,
-                          comnb_value* destination) {
-  const BareCall call{context, source, destination};
+int32_t bare_date_routine(const BareCall& call) {
   call.require_data();
-  const auto status =
-      convert_date<Source, Destination>(source->data, destination->data, destination->length);
+  const auto status = convert_date<Source, Destination>(call.source->data, call.destination->data,
+                                                        call.destination->length);
   const bool succeeds =
       datetime::is_delivered(status) && !bare_reports_dropping<Source, Destination>;
-  return runtime::traced(succeeds ? CS_SUCCEED : static_cast<int32_t>(status));
+  return succeeds ? CS_SUCCEED : static_cast<int32_t>(status);
 }
 
 }  // namespace tvx::convert

@@ -107,31 +107,26 @@ int32_t read_date_text(Text text, const datetime::ReadingRules& rules, void* des
 
 // comn_ routine from a kind of text to a date type.
 template <class TextKind, class Type>
-int32_t text_to_date(comn_context* context, const comn_datafmt* source_format, const void* source,
-                     const comn_datafmt* destination_format, void* destination,
-                     int32_t* output_length) {
+int32_t text_to_date(const Call& call) {
   using Big = typename DateTextDestination<Type>::Big;
-  const Call call{context, source_format, source, destination_format, destination, output_length};
   call.require_codes(TextKind::codes, DateTextDestination<Type>::codes);
   const Text text = TextKind::read(call);
-  const auto rules = reading_rules(*context, *source_format);
+  const auto rules = reading_rules(*call.context, *call.source_format);
   if constexpr (!std::is_void_v<Big>) {
-    if (Big::codes.contains(destination_format->datatype)) {
-      return runtime::traced(read_date_text<Big>(text, rules, destination, *output_length));
+    if (Big::codes.contains(call.destination_format->datatype)) {
+      return read_date_text<Big>(text, rules, call.destination, *call.output_length);
     }
   }
-  return runtime::traced(read_date_text<Type>(text, rules, destination, *output_length));
+  return read_date_text<Type>(text, rules, call.destination, *call.output_length);
 }
 
 // comnb_ routine from text, char and varchar alike.
 template <class Type>
-int32_t bare_text_to_date(const comnb_context* context, const comnb_value* source,
-                          comnb_value* destination) {
-  const BareCall call{context, source, destination};
+int32_t bare_text_to_date(const BareCall& call) {
   call.require_text_source();
-  const Text text{static_cast<const char*>(source->data), source->length};
-  return runtime::traced(
-      read_date_text<Type>(text, reading_rules(*context), destination->data, destination->length));
+  const Text text{static_cast<const char*>(call.source->data), call.source->length};
+  return read_date_text<Type>(text, reading_rules(*call.context), call.destination->data,
+                              call.destination->length);
 }
 
 }  // namespace tvx::convert

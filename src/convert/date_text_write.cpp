@@ -60,11 +60,9 @@ using datetime::ValueType;
 int32_t deliver_bare(const DateText& text, comnb_value& destination) {
   destination.length = text.length();
   if (text.status() != Formatting::kDone) return result_code(text.status());
-  text.write_within(static_cast<char*>(destination.data), destination.maxlength);
-  if (text.length() <= destination.maxlength) [[likely]]
-    return CS_SUCCEED;
-  destination.length = destination.maxlength;
-  return CS_CONV_TRUNCATED;
+  destination.length =
+      text.write_within(static_cast<char*>(destination.data), destination.maxlength);
+  return destination.length == text.length() ? CS_SUCCEED : CS_CONV_TRUNCATED;
 }
 
 }  // namespace

@@ -24,6 +24,12 @@ Block allocate(int32_t size) {
   return Block(static_cast<uint8_t*>(comn_malloc(static_cast<size_t>(size))));
 }
 
+// The length in a locator's format counts no bytes, but it obeys the rule of all such lengths.
+void require_length(const comn_datafmt& format, const char* file = __builtin_FILE(),
+                    int32_t line = __builtin_LINE()) {
+  runtime::require(format.maxlength >= 0, file, line);
+}
+
 bool is_valid(const comn_locator& locator) {
   return locator.marker == COMN_LOCATOR_VALID;
 }
@@ -56,7 +62,7 @@ Text data_of(const comn_locator& locator) {
 int32_t char_to_locator(const Call& call) {
   call.require_codes(kCharFamily, kLocators);
   const Text text = char_source(call);
-  runtime::require(call.destination_format->maxlength >= 0);
+  require_length(*call.destination_format);
   auto& locator = *static_cast<comn_locator*>(call.destination);
   if (!is_valid(locator)) return CS_FAIL;
   reset(locator);
@@ -64,6 +70,7 @@ int32_t char_to_locator(const Call& call) {
 
   comn_datafmt as_bin = *call.destination_format;
   as_bin.datatype = TVX_TYPE_BIN;
+  as_bin.format &= ~uint32_t{CS_FORMAT_ZEROFILL};  // the data is what the digits stand for, no more
   as_bin.maxlength = bytes_of_digits(text.length);
   Block data = allocate(as_bin.maxlength);
   if (data == nullptr) return CS_MEM_ERROR;
@@ -76,6 +83,7 @@ int32_t char_to_locator(const Call& call) {
 
 int32_t locator_to_char(const Call& call) {
   call.require_codes(kLocators, kCharFamily);
+  require_length(*call.source_format);
   const auto& locator = *static_cast<const comn_locator*>(call.source);
   if (!is_valid(locator)) return CS_FAIL;
   return deliver_hex_text(call, data_of(locator), kMisfit<Form::bin, Form::text>.too_long);
@@ -84,6 +92,8 @@ int32_t locator_to_char(const Call& call) {
 int32_t locator_to_locator(const Call& call) {
   call.require_codes(kLocators, kLocators);
   runtime::require(call.source_format->datatype == call.destination_format->datatype);
+  require_length(*call.source_format);
+  require_length(*call.destination_format);
   const auto& source = *static_cast<const comn_locator*>(call.source);
   auto& destination = *static_cast<comn_locator*>(call.destination);
   if (!is_valid(source) || !is_valid(destination)) return CS_FAIL;
@@ -105,6 +115,7 @@ int32_t locator_to_locator(const Call& call) {
 
 int32_t deliver_chunks(const Call& call, const ChunkDelivery& delivery) {
   call.require_codes(kLocators, delivery.destinations);
+  require_length(*call.source_format);
   const int32_t capacity = destination_capacity(call);
   const auto& locator = *static_cast<const comn_locator*>(call.source);
   if (!is_valid(locator)) return CS_FAIL;

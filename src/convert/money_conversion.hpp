@@ -24,12 +24,10 @@ namespace type {
 
 struct money {
   using Value = comn_money;
-  static constexpr std::string_view name = "money";
   static constexpr CodeSet codes{TVX_TYPE_MONEY};
 };
 struct mny4 {
   using Value = int32_t;
-  static constexpr std::string_view name = "mny4";
   static constexpr CodeSet codes{TVX_TYPE_MNY4};
 };
 
@@ -120,29 +118,23 @@ int32_t hand_over(MoneyResult<Money> amount, Scalar, MoneyFormat format, void* d
 // ---- Pairs of money and a scalar or money type -------------------------------------------------
 
 template <class Source, class Destination>
-int32_t money_routine(comn_context* context, const comn_datafmt* source_format, const void* source,
-                      const comn_datafmt* destination_format, void* destination,
-                      int32_t* output_length) {
-  const Call call{context, source_format, source, destination_format, destination, output_length};
+int32_t money_routine(const Call& call) {
   call.require_codes(Source::codes, destination_codes<Destination>);
-  *output_length = sizeof(Value<Destination>);
-  return runtime::traced(hand_over(amount_of<Source>(source), Destination{},
-                                   money_format(*destination_format), destination));
+  *call.output_length = sizeof(Value<Destination>);
+  return hand_over(amount_of<Source>(call.source), Destination{},
+                   money_format(*call.destination_format), call.destination);
 }
 
 // Bit comes to money in this layer only; an illegal one goes no further.
 template <class Source, class Destination>
-int32_t bare_money_routine(const comnb_context* context, const comnb_value* source,
-                           comnb_value* destination) {
-  const BareCall call{context, source, destination};
+int32_t bare_money_routine(const BareCall& call) {
   call.require_data();
   if constexpr (is_bit<Source>) {
-    if (!is_legal<Source>(base::load<Value<Source>>(source->data)))
-      return runtime::traced(CS_CONV_DOMAIN);
+    if (!is_legal<Source>(base::load<Value<Source>>(call.source->data))) return CS_CONV_DOMAIN;
   }
-  destination->length = sizeof(Value<Destination>);
-  return runtime::traced(hand_over(amount_of<Source>(source->data), Destination{},
-                                   money_format(*context), destination->data));
+  call.destination->length = sizeof(Value<Destination>);
+  return hand_over(amount_of<Source>(call.source->data), Destination{}, money_format(*call.context),
+                   call.destination->data);
 }
 
 // ---- Text towards money ------------------------------------------------------------------------
@@ -154,29 +146,24 @@ template <class Destination>
 }
 
 template <class TextKind, class Destination>
-int32_t text_to_money(comn_context* context, const comn_datafmt* source_format, const void* source,
-                      const comn_datafmt* destination_format, void* destination,
-                      int32_t* output_length) {
-  const Call call{context, source_format, source, destination_format, destination, output_length};
+int32_t text_to_money(const Call& call) {
   call.require_codes(TextKind::codes, Destination::codes);
   const Text text = TextKind::read(call);
-  const auto amount = numeric::parse_money(text.data, text.length,
-                                           locale::character_attributes(*context, *source_format));
-  const int32_t code = hand_over(amount, Destination{}, {}, destination);
-  *output_length = length_of_reading<Destination>(code);
-  return runtime::traced(code);
+  const auto amount = numeric::parse_money(
+      text.data, text.length, locale::character_attributes(*call.context, *call.source_format));
+  const int32_t code = hand_over(amount, Destination{}, {}, call.destination);
+  *call.output_length = length_of_reading<Destination>(code);
+  return code;
 }
 
 template <class Destination>
-int32_t bare_text_to_money(const comnb_context* context, const comnb_value* source,
-                           comnb_value* destination) {
-  const BareCall call{context, source, destination};
+int32_t bare_text_to_money(const BareCall& call) {
   call.require_text_source();
-  const auto amount = numeric::parse_money(static_cast<const char*>(source->data), source->length,
-                                           context->attributes);
-  const int32_t code = hand_over(amount, Destination{}, {}, destination->data);
-  destination->length = length_of_reading<Destination>(code);
-  return runtime::traced(code);
+  const auto amount = numeric::parse_money(static_cast<const char*>(call.source->data),
+                                           call.source->length, call.context->attributes);
+  const int32_t code = hand_over(amount, Destination{}, {}, call.destination->data);
+  call.destination->length = length_of_reading<Destination>(code);
+  return code;
 }
 
 // ---- Money towards text ------------------------------------------------------------------------
@@ -186,29 +173,25 @@ int32_t deliver_bare_money_char(const BareCall& call, const MoneyText& text);
 int32_t deliver_bare_money_varchar(const BareCall& call, const MoneyText& text);
 
 template <class Source, class TextKind>
-int32_t money_to_text(comn_context* context, const comn_datafmt* source_format, const void* source,
-                      const comn_datafmt* destination_format, void* destination,
-                      int32_t* output_length) {
-  const Call call{context, source_format, source, destination_format, destination, output_length};
+int32_t money_to_text(const Call& call) {
   call.require_codes(Source::codes, TextKind::codes);
-  const MoneyText text(amount_of<Source>(source).value, money_format(*destination_format));
+  const MoneyText text(amount_of<Source>(call.source).value,
+                       money_format(*call.destination_format));
   if constexpr (std::is_same_v<TextKind, type::text_char>) {
-    return runtime::traced(deliver_money_char(call, text));
+    return deliver_money_char(call, text);
   } else {
-    return runtime::traced(deliver_varchar(call, text));
+    return deliver_varchar(call, text);
   }
 }
 
 template <class Source, class TextKind>
-int32_t bare_money_to_text(const comnb_context* context, const comnb_value* source,
-                           comnb_value* destination) {
-  const BareCall call{context, source, destination};
+int32_t bare_money_to_text(const BareCall& call) {
   call.require_data();
-  const MoneyText text(amount_of<Source>(source->data).value, money_format(*context));
+  const MoneyText text(amount_of<Source>(call.source->data).value, money_format(*call.context));
   if constexpr (std::is_same_v<TextKind, type::text_char>) {
-    return runtime::traced(deliver_bare_money_char(call, text));
+    return deliver_bare_money_char(call, text);
   } else {
-    return runtime::traced(deliver_bare_money_varchar(call, text));
+    return deliver_bare_money_varchar(call, text);
   }
 }
 
@@ -218,45 +201,33 @@ int32_t deliver_money_num(const Call& call, Money amount);
 int32_t deliver_bare_money_num(const BareCall& call, Money amount);
 
 template <class Source>
-int32_t money_to_num(comn_context* context, const comn_datafmt* source_format, const void* source,
-                     const comn_datafmt* destination_format, void* destination,
-                     int32_t* output_length) {
-  const Call call{context, source_format, source, destination_format, destination, output_length};
+int32_t money_to_num(const Call& call) {
   call.require_codes(Source::codes, kNumFamily);
-  return runtime::traced(deliver_money_num(call, amount_of<Source>(source).value));
+  return deliver_money_num(call, amount_of<Source>(call.source).value);
 }
 
 template <class Source>
-int32_t bare_money_to_num(const comnb_context* context, const comnb_value* source,
-                          comnb_value* destination) {
-  const BareCall call{context, source, destination};
+int32_t bare_money_to_num(const BareCall& call) {
   call.require_data();
-  return runtime::traced(deliver_bare_money_num(call, amount_of<Source>(source->data).value));
+  return deliver_bare_money_num(call, amount_of<Source>(call.source->data).value);
 }
 
 template <class Destination>
-int32_t num_to_money(comn_context* context, const comn_datafmt* source_format, const void* source,
-                     const comn_datafmt* destination_format, void* destination,
-                     int32_t* output_length) {
-  const Call call{context, source_format, source, destination_format, destination, output_length};
+int32_t num_to_money(const Call& call) {
   call.require_codes(kNumFamily, Destination::codes);
   const auto [value, is_legal] = load_source(call);
-  if (!is_legal) return runtime::traced(CS_CONV_DOMAIN);
-  *output_length = sizeof(Value<Destination>);
-  return runtime::traced(
-      hand_over(numeric::money_of_decimal(value), Destination{}, {}, destination));
+  if (!is_legal) return CS_CONV_DOMAIN;
+  *call.output_length = sizeof(Value<Destination>);
+  return hand_over(numeric::money_of_decimal(value), Destination{}, {}, call.destination);
 }
 
 template <class Destination>
-int32_t bare_num_to_money(const comnb_context* context, const comnb_value* source,
-                          comnb_value* destination) {
-  const BareCall call{context, source, destination};
+int32_t bare_num_to_money(const BareCall& call) {
   call.require_data();
   const auto [value, is_legal] = load_source(call);
-  if (!is_legal) return runtime::traced(CS_CONV_DOMAIN);
-  destination->length = sizeof(Value<Destination>);
-  return runtime::traced(
-      hand_over(numeric::money_of_decimal(value), Destination{}, {}, destination->data));
+  if (!is_legal) return CS_CONV_DOMAIN;
+  call.destination->length = sizeof(Value<Destination>);
+  return hand_over(numeric::money_of_decimal(value), Destination{}, {}, call.destination->data);
 }
 
 }  // namespace tvx::convert

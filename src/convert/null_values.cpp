@@ -5,7 +5,6 @@
 #include <array>
 #include <cstring>
 
-#include "convert/arguments.hpp"
 #include "convert/completion.hpp"
 #include "numeric/precision.hpp"
 #include "tvxcomn/support.h"
@@ -288,15 +287,12 @@ int32_t reinstall_null(comn_context& context, int32_t datatype) {
   return table_entry(context, datatype).assign_default(datatype) ? CS_SUCCEED : CS_MEM_ERROR;
 }
 
-int32_t null_to_any(comn_context* context, const comn_datafmt* source_format, const void* source,
-                    const comn_datafmt* destination_format, void* destination,
-                    int32_t* output_length) {
-  const Call call{context, source_format, source, destination_format, destination, output_length};
+int32_t null_to_any(const Call& call) {
   call.require_pointers();
-  runtime::require(kNullSource.contains(source_format->datatype));
-  const comn_datafmt& format = *destination_format;
+  runtime::require(kNullSource.contains(call.source_format->datatype));
+  const comn_datafmt& format = *call.destination_format;
   runtime::require(format.datatype >= 0);
-  if (format.datatype == TVX_TYPE_NULL23) return runtime::traced(CS_SUCCEED);
+  if (format.datatype == TVX_TYPE_NULL23) return CS_SUCCEED;
 
   int32_t room = storage_size(format.datatype, format.maxlength);
   runtime::require(room >= 0);
@@ -305,7 +301,7 @@ int32_t null_to_any(comn_context* context, const comn_datafmt* source_format, co
     runtime::require(format.maxlength >= 0);
     room = std::min(room, format.maxlength);
   }
-  return runtime::traced(get_null(*context, format, destination, room, *output_length));
+  return get_null(*call.context, format, call.destination, room, *call.output_length);
 }
 
 }  // namespace tvx::convert

@@ -1,7 +1,7 @@
 // The null values of one context: a table for this library's datatypes and a list for the caller's.
 #pragma once
 
-#include "convert/catalogue.hpp"
+#include "convert/arguments.hpp"
 #include "tvxcomn/context.h"
 
 namespace tvx::convert {
@@ -21,11 +21,9 @@ int32_t get_null(const comn_context& context, const comn_datafmt& format, void* 
 int32_t set_null(comn_context& context, int32_t datatype, const void* value, int32_t length);
 int32_t reinstall_null(comn_context& context, int32_t datatype);
 
-// The conversion routine from null23, and the cells of the default table that it fills.
+// The conversion from null23, and the cells of the default table that it fills.
 inline constexpr CodeSet kNullSource{TVX_TYPE_NULL23};
 inline constexpr CodeSet kNullDestinations = CodeSet::range(TVX_TYPE_CHAR, TVX_TYPE_BIGTIME);
-int32_t null_to_any(comn_context* context, const comn_datafmt* source_format, const void* source,
-                    const comn_datafmt* destination_format, void* destination,
-                    int32_t* output_length);
+int32_t null_to_any(const Call& call);
 
 }  // namespace tvx::convert

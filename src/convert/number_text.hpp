@@ -64,8 +64,8 @@ template <class Integer, class Cursor>
 }
 
 template <class Integer>
-[[nodiscard]] numeric::IntegerParse<Integer> parse_integer_text(Text text,
-                                                                const com_charattr* attributes) {
+[[nodiscard]] inline numeric::IntegerParse<Integer> parse_integer_text(
+    Text text, const com_charattr* attributes) {
   if (charset::is_multibyte(attributes)) [[unlikely]] {
     return parse_with<Integer>(MultibyteCursor(*attributes, text));
   }
@@ -132,35 +132,31 @@ template <class Type>
 
 // comn_ routine from a kind of text to a scalar type.
 template <class TextKind, class Destination>
-int32_t text_to_number(comn_context* context, const comn_datafmt* source_format, const void* source,
-                       const comn_datafmt* destination_format, void* destination,
-                       int32_t* output_length) {
-  const Call call{context, source_format, source, destination_format, destination, output_length};
+int32_t text_to_number(const Call& call) {
   call.require_codes(TextKind::codes, destination_codes<Destination>);
   const Text text = TextKind::read(call);
-  const auto reading =
-      read_number<Destination>(text, locale::character_attributes(*context, *source_format));
-  if (reading.stores) base::store(destination, reading.value);
-  *output_length = reading.code == CS_CONV_SYNTAX ? 0 : static_cast<int32_t>(sizeof reading.value);
-  return runtime::traced(reading.code);
+  const auto reading = read_number<Destination>(
+      text, locale::character_attributes(*call.context, *call.source_format));
+  if (reading.stores) base::store(call.destination, reading.value);
+  *call.output_length =
+      reading.code == CS_CONV_SYNTAX ? 0 : static_cast<int32_t>(sizeof reading.value);
+  return reading.code;
 }
 
 // comnb_ routine from text, char and varchar alike, to a scalar type. The float readers deliver a
 // length only with success, and nothing at all on a syntax error.
 template <class Destination>
-int32_t bare_text_to_number(const comnb_context* context, const comnb_value* source,
-                            comnb_value* destination) {
-  const BareCall call{context, source, destination};
+int32_t bare_text_to_number(const BareCall& call) {
   call.require_text_source();
   const auto reading = read_number<Destination>(
-      {static_cast<const char*>(source->data), source->length}, context->attributes);
+      {static_cast<const char*>(call.source->data), call.source->length}, call.context->attributes);
   const bool syntax = reading.code == CS_CONV_SYNTAX;
   if (reading.stores && !(is_float<Destination> && syntax)) {
-    base::store(destination->data, reading.value);
+    base::store(call.destination->data, reading.value);
   }
   const bool delivers = is_float<Destination> ? reading.code == CS_SUCCEED : !syntax;
-  destination->length = delivers ? static_cast<int32_t>(sizeof reading.value) : 0;
-  return runtime::traced(reading.code);
+  call.destination->length = delivers ? static_cast<int32_t>(sizeof reading.value) : 0;
+  return reading.code;
 }
 
 // ---- Writing -----------------------------------------------------------------------------------
@@ -219,36 +215,31 @@ int32_t deliver_varchar(const Call& call, const NumberText& text) {
 
 // comn_ routine from a scalar type to a kind of text.
 template <class Source, class TextKind>
-int32_t number_to_text(comn_context* context, const comn_datafmt* source_format, const void* source,
-                       const comn_datafmt* destination_format, void* destination,
-                       int32_t* output_length) {
-  const Call call{context, source_format, source, destination_format, destination, output_length};
+int32_t number_to_text(const Call& call) {
   call.require_codes(Source::codes, TextKind::codes);
-  const NumberText<Source> text(base::load<Value<Source>>(source));
+  const NumberText<Source> text(base::load<Value<Source>>(call.source));
   if constexpr (std::is_same_v<TextKind, type::text_char>) {
-    return runtime::traced(deliver_char(call, text));
+    return deliver_char(call, text);
   } else {
-    return runtime::traced(deliver_varchar(call, text));
+    return deliver_varchar(call, text);
   }
 }
 
 // comnb_ routine: a number that does not fit is not delivered. Towards varchar nothing is
 // completed.
 template <class Source, class TextKind>
-int32_t bare_number_to_text(const comnb_context* context, const comnb_value* source,
-                            comnb_value* destination) {
+int32_t bare_number_to_text(const BareCall& call) {
   constexpr bool completes = std::is_same_v<TextKind, type::text_char>;
-  const BareCall call{context, source, destination};
   call.require_data();
-  const NumberText<Source> text(base::load<Value<Source>>(source->data));
+  const NumberText<Source> text(base::load<Value<Source>>(call.source->data));
   const int32_t length = text.length();
-  if (!text_fits(length, destination->maxlength, completes ? context->flags : 0)) {
-    return runtime::traced(CS_CONV_OVERFLOW);
+  if (!text_fits(length, call.destination->maxlength, completes ? call.context->flags : 0)) {
+    return CS_CONV_OVERFLOW;
   }
-  text.write(static_cast<char*>(destination->data));
-  destination->length = length;
-  if constexpr (!completes) return runtime::traced(CS_SUCCEED);
-  return runtime::traced(complete_bare_text(*context, length, *destination));
+  text.write(static_cast<char*>(call.destination->data));
+  call.destination->length = length;
+  if constexpr (!completes) return CS_SUCCEED;
+  return complete_bare_text(*call.context, length, *call.destination);
 }
 
 }  // namespace tvx::convert

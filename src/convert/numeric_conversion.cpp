@@ -2,7 +2,6 @@
 #include "convert/numeric_conversion.hpp"
 
 #include <algorithm>
-#include <cstring>
 #include <string_view>
 
 #include "charset/ascii_mapping.hpp"

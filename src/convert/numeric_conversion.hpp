@@ -20,7 +20,6 @@ namespace type {
 
 struct num {
   using Value = comn_numeric;
-  static constexpr std::string_view name = "num";
   static constexpr CodeSet codes = kNumFamily;
 };
 
@@ -88,40 +87,34 @@ template <class Source>
 inline constexpr NumericType kTypeOfEightBytes{21, 0};
 
 template <class Source>
-int32_t scalar_to_num(comn_context* context, const comn_datafmt* source_format, const void* source,
-                      const comn_datafmt* destination_format, void* destination,
-                      int32_t* output_length) {
+int32_t scalar_to_num(const Call& call) {
   constexpr bool may_decide = is_integer<Source> && sizeof(Value<Source>) == 8;
-  const Call call{context, source_format, source, destination_format, destination, output_length};
   call.require_codes(num_source_codes<Source>, kNumFamily);
-  const auto number = base::load<Value<Source>>(source);
-  if (!is_legal<Source>(number)) return runtime::traced(CS_CONV_DOMAIN);
-  *output_length = sizeof(comn_numeric);
+  const auto number = base::load<Value<Source>>(call.source);
+  if (!is_legal<Source>(number)) return CS_CONV_DOMAIN;
+  *call.output_length = sizeof(comn_numeric);
 
-  NumericType wanted{destination_format->precision, destination_format->scale};
+  NumericType wanted{call.destination_format->precision, call.destination_format->scale};
   const bool is_left_open = may_decide && wanted.precision == CS_TAKE_FROM_SOURCE;
   const int32_t bad_type = check_type(wanted, is_left_open);
-  if (bad_type != CS_SUCCEED) return runtime::traced(bad_type);
+  if (bad_type != CS_SUCCEED) return bad_type;
   if (is_left_open) wanted = kTypeOfEightBytes;
   numeric::Decimal value;
   const bool fits = build_numeric<Source>(number, wanted, value);
-  return runtime::traced(
-      store_result(call, value, fits ? CS_SUCCEED : CS_CONV_OVERFLOW, Reported::whole_record));
+  return store_result(call, value, fits ? CS_SUCCEED : CS_CONV_OVERFLOW, Reported::whole_record);
 }
 
 template <class Source>
-int32_t bare_scalar_to_num(const comnb_context* context, const comnb_value* source,
-                           comnb_value* destination) {
-  const BareCall call{context, source, destination};
+int32_t bare_scalar_to_num(const BareCall& call) {
   call.require_data();
-  const auto number = base::load<Value<Source>>(source->data);
-  if (!is_legal<Source>(number)) return runtime::traced(CS_CONV_DOMAIN);
-  const NumericType wanted{destination->precision, destination->scale};
+  const auto number = base::load<Value<Source>>(call.source->data);
+  if (!is_legal<Source>(number)) return CS_CONV_DOMAIN;
+  const NumericType wanted{call.destination->precision, call.destination->scale};
   const int32_t bad_type = check_type(wanted, false);
-  if (bad_type != CS_SUCCEED) return runtime::traced(bad_type);
+  if (bad_type != CS_SUCCEED) return bad_type;
   numeric::Decimal value;
   const bool fits = build_numeric<Source>(number, wanted, value);
-  return runtime::traced(store_result(call, value, fits ? CS_SUCCEED : CS_CONV_OVERFLOW));
+  return store_result(call, value, fits ? CS_SUCCEED : CS_CONV_OVERFLOW);
 }
 
 // ---- Numerics to scalars -----------------------------------------------------------------------
@@ -154,31 +147,26 @@ template <class Destination>
 }
 
 template <class Destination>
-int32_t num_to_scalar(comn_context* context, const comn_datafmt* source_format, const void* source,
-                      const comn_datafmt* destination_format, void* destination,
-                      int32_t* output_length) {
-  const Call call{context, source_format, source, destination_format, destination, output_length};
+int32_t num_to_scalar(const Call& call) {
   call.require_codes(kNumFamily, destination_codes<Destination>);
   const auto [value, is_legal] = load_source(call);
-  if (!is_legal) return runtime::traced(CS_CONV_DOMAIN);
+  if (!is_legal) return CS_CONV_DOMAIN;
   const auto outcome = convert_numeric<Destination>(value);
-  base::store(destination, outcome.value);
-  *output_length = sizeof outcome.value;
-  return runtime::traced(outcome.code);
+  base::store(call.destination, outcome.value);
+  *call.output_length = sizeof outcome.value;
+  return outcome.code;
 }
 
 // An integer that lacks the numeric's fraction is told by CS_CONV_TRUNCATED. The narrower types
 // report as the bare twins of the doubles do, by way of which they are reached.
 template <class Destination>
-int32_t bare_num_to_scalar(const comnb_context* context, const comnb_value* source,
-                           comnb_value* destination) {
-  const BareCall call{context, source, destination};
+int32_t bare_num_to_scalar(const BareCall& call) {
   call.require_data();
   const auto [value, is_legal] = load_source(call);
-  if (!is_legal) return runtime::traced(CS_CONV_DOMAIN);
+  if (!is_legal) return CS_CONV_DOMAIN;
   const auto outcome = convert_numeric<Destination>(value);
-  base::store(destination->data, outcome.value);
-  destination->length = sizeof outcome.value;
+  base::store(call.destination->data, outcome.value);
+  call.destination->length = sizeof outcome.value;
   int32_t code = outcome.code;
   if constexpr (is_integer<Destination>) {
     if (code == CS_SUCCEED && numeric::to_integer<int64_t>(value).has_fraction) {
@@ -186,7 +174,7 @@ int32_t bare_num_to_scalar(const comnb_context* context, const comnb_value* sour
     }
     if (sizeof outcome.value < 8 && code == CS_CONV_UNDERFLOW) code = CS_CONV_OVERFLOW;
   }
-  return runtime::traced(code);
+  return code;
 }
 
 // ---- Numerics among themselves, and text -------------------------------------------------------

@@ -2,8 +2,6 @@
 // against the pair's rule and stores either the converted value or a limit.
 #pragma once
 
-#include <bit>
-
 #include "base/bytes.hpp"
 #include "convert/arguments.hpp"
 #include "convert/scalar_rules.hpp"
@@ -89,32 +87,27 @@ template <class Source>
 
 // comn_ routine of a pair.
 template <class Source, class Destination>
-int32_t scalar_routine(comn_context* context, const comn_datafmt* source_format, const void* source,
-                       const comn_datafmt* destination_format, void* destination,
-                       int32_t* output_length) {
-  const Call call{context, source_format, source, destination_format, destination, output_length};
+int32_t scalar_routine(const Call& call) {
   call.require_codes(source_codes<Source, Destination>, destination_codes<Destination>);
-  const auto value = base::load<Value<Source>>(source);
-  if (!is_legal<Source>(value)) return runtime::traced(CS_CONV_DOMAIN);
+  const auto value = base::load<Value<Source>>(call.source);
+  if (!is_legal<Source>(value)) return CS_CONV_DOMAIN;
   const auto outcome = convert_scalar<Source, Destination>(value);
-  base::store(destination, outcome.value);
-  *output_length = sizeof outcome.value;
-  return runtime::traced(outcome.code);
+  base::store(call.destination, outcome.value);
+  *call.output_length = sizeof outcome.value;
+  return outcome.code;
 }
 
 // comnb_ routine of a pair.
 template <class Source, class Destination>
-int32_t bare_scalar_routine(const comnb_context* context, const comnb_value* source,
-                            comnb_value* destination) {
-  const BareCall call{context, source, destination};
+int32_t bare_scalar_routine(const BareCall& call) {
   call.require_data();
-  const auto value = base::load<Value<Source>>(source->data);
-  if (!is_legal<Source>(value)) return runtime::traced(CS_CONV_DOMAIN);
+  const auto value = base::load<Value<Source>>(call.source->data);
+  if (!is_legal<Source>(value)) return CS_CONV_DOMAIN;
   const auto outcome = convert_scalar<Source, Destination>(value);
-  base::store(destination->data, outcome.value);
+  base::store(call.destination->data, outcome.value);
   const bool drops = scalar_rule<Source, Destination>.bare_drops_length && outcome.limited;
-  destination->length = drops ? 0 : static_cast<int32_t>(sizeof outcome.value);
-  return runtime::traced(outcome.code < 0 ? CS_CONV_OVERFLOW : outcome.code);
+  call.destination->length = drops ? 0 : static_cast<int32_t>(sizeof outcome.value);
+  return outcome.code < 0 ? CS_CONV_OVERFLOW : outcome.code;
 }
 
 // Bit towards text and binary data.

@@ -199,8 +199,9 @@ comn_locator chain_of(const std::vector<std::string>& chunks) {
   return locator;
 }
 
-int32_t fill(comn_locator& locator, const std::string& text, int32_t code, int32_t& length) {
-  const comn_datafmt from = format_of(0, size_of(text)), to = format_of(code, 48);
+int32_t fill(comn_locator& locator, const std::string& text, int32_t code, int32_t& length,
+             uint32_t flags = 0) {
+  const comn_datafmt from = format_of(0, size_of(text)), to = format_of(code, 48, flags);
   comn_conversion* const routine = com_conv_func(shared_context(), 0, code);
   return routine(shared_context(), &from, text.data(), &to, &locator, &length);
 }
@@ -248,6 +249,14 @@ TEST(Locator, DataFromTextAndBack) {
       EXPECT_EQ(65'535, locator.length);
       EXPECT_EQ(result, fill(locator, text, code, length));
       EXPECT_EQ(read_locator(locator, code, format_of(0, 3)), delivered("", 3));
+    }
+    // Blanks around the digits, and the fills of a text, give no bytes.
+    for (uint32_t flags = 0; flags < 8; ++flags) {
+      EXPECT_EQ(kOk, fill(locator, " 0x0102  ", code, length, flags));
+      EXPECT_EQ(2, length);
+      EXPECT_EQ(read_locator(locator, code, format_of(0, 9)), delivered("0102", 9)) << flags;
+      EXPECT_EQ(kOk, fill(locator, std::string(131'070, '1') + "   ", code, length, flags));
+      EXPECT_TRUE(length == 65'535 && locator.length == 65'535) << flags;
     }
     comn_free(locator.data);
     comn_free(copy.data);
@@ -297,7 +306,8 @@ TEST(BinaryDeathTest, CodesAndLengths) {
       {1, 0, 0, 8}, {1, 8, -1, 8}, {1, 0, 8, -1}, {0, 1, 0, 8}, {0, 0, 0, 8}, {0, 0, 8, -1},
       {0, 18, 0, 0}, {0, 37, 0, 48}, {0, 37, 8, -1}, {19, 0, 0, 8, none}, {19, 8, 0, 0, over},
       {19, 19, 0, 0, over}, {18, 0, 0, 8, none}, {18, 19, 0, 8, over}, {18, 19, 0, -1},
-      {8, 1, 0, -1}, {1, 16, 0, 0},
+      {8, 1, 0, -1}, {1, 16, 0, 0}, {37, 0, -1, 8}, {37, 4, -1, 8}, {38, 5, -1, 8},
+      {37, 37, -1, 48}, {37, 37, 48, -1},
   };
   // clang-format on
   for (const auto& row : rows)

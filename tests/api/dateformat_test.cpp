@@ -105,6 +105,22 @@ TEST(DateFormat, BareToVarchar) {
   EXPECT_EQ(to_varchar(20, 106, kGerman), delivered("02 Jänner 2003", 20));
 }
 
+TEST(DateFormat, NegativeBareRoomIsNone) {
+  comnb_context context = bare_context(COMNB_TERMINATE);
+  context.months = kGerman;
+  uint64_t value = kBigtime;
+  for (auto* const routine : {comnb_bigtimetochar, comnb_timeatochar, comnb_bigdatetimetovarchar}) {
+    char out = kUntouched;
+    comnb_value from{}, to{};
+    from.data = &value;
+    to.data = &out;
+    to.length = to.maxlength = -5;
+    EXPECT_EQ(CS_CONV_TRUNCATED, routine(&context, &from, &to));
+    EXPECT_EQ(0, to.length);
+    EXPECT_EQ(kUntouched, out);
+  }
+}
+
 // ---- Older entry points ----
 
 TEST(DateFormat, OlderEntryPoints) {

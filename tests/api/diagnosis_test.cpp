@@ -14,9 +14,12 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <set>
 #include <string>
 #include <tuple>
 #include <utility>
+
+#include "tvxcomn/tvxcomn.h"
 
 namespace {
 
@@ -119,6 +122,44 @@ TEST_F(Diagnosis, StopMayBeLeftByAHandlerUnlessTheModeIsOne) {
   signal(SIGABRT, SIG_DFL);
 }
 
+// Calls in the files of exports named, no two of one operation.
+using CallsOfFiles = std::initializer_list<std::pair<void (*)(), std::string>>;
+
+TEST_F(Diagnosis, FatalMessageNamesTheOperation) {
+  const CallsOfFiles calls = {
+      {[] { com_datecmp(nullptr, nullptr); }, "dates"},
+      {[] { com__datecmp(nullptr, nullptr); }, "dates"},
+      {[] { com_dateacmp(nullptr, nullptr); }, "dates"},
+      {[] { com_timeacmp(nullptr, nullptr); }, "dates"},
+      {[] { com__datecrack(nullptr, nullptr); }, "dates"},
+      {[] { com_datecrack(nullptr, nullptr); }, "dates"},
+      {[] { com__datetodatea(nullptr, nullptr); }, "dates"},
+      {[] { com_cvtdatetochar(nullptr, nullptr, 0, 0, nullptr); }, "dateformat"},
+      {[] { com_cvtdate4tochar(nullptr, nullptr, 0, 0, nullptr); }, "dateformat"},
+      {[] { com__chtoi4_mb(nullptr, 0, nullptr, nullptr); }, "numbertext"},
+      {[] { com__chtoi8_mb(nullptr, 0, nullptr, nullptr); }, "numbertext"},
+      {[] { comn_mnycmp(nullptr, nullptr); }, "money"},
+      {[] { comn_mny4cmp(nullptr, nullptr); }, "money"},
+      {[] { comn_mnyadd(nullptr, nullptr, nullptr); }, "money"},
+      {[] { comn_mnysub(nullptr, nullptr, nullptr); }, "money"},
+      {[] { comn_mnyminus(nullptr, nullptr); }, "money"},
+      {[] { com__mnytochar(nullptr, nullptr, 0, 0); }, "money"},
+      {[] { com__mny4tochar(nullptr, nullptr, 0, 0); }, "money"},
+      {[] { comn_isalpha(nullptr, nullptr); }, "attributes"},
+      {[] { comn_isdigit(nullptr, nullptr); }, "attributes"},
+  };
+  com_toggle_abort(2);
+  std::set<std::string> messages;
+  for (const auto& [call, file] : calls) {
+    testing::internal::CaptureStderr();
+    EXPECT_TRUE(left_by_handler(call));
+    const std::string message = testing::internal::GetCapturedStderr();
+    EXPECT_NE(std::string::npos, message.find("/api/" + file + ".cpp' line ")) << message;
+    EXPECT_TRUE(messages.insert(message).second) << "another operation's: " << message;
+  }
+  signal(SIGABRT, SIG_DFL);
+}
+
 TEST_F(Diagnosis, ErrorTextGoesToStandardErrorAndTheLog) {
   const std::string text = "full: 100%\n" + std::string(5'000, 'x');
   testing::internal::CaptureStderr();
@@ -164,6 +205,61 @@ TEST_F(Diagnosis, TraceLevelsCodesAndFiles) {
       {"/a/b.c/c.cpp", "c.cpp"}, {"a\\c", "a\\c"}, {"a/", ""}, {"", ""}, {"a/%s%n", "%s%n"}};
   for (const auto& [file, shown] : files)
     EXPECT_EQ("(CS_FAIL) file "s + shown + ", line 321\n", traced(0, file));
+}
+
+comn_money amount{};
+int32_t small_amount = 1;
+
+int32_t convert_i4(comn_conversion* routine, int32_t destination_code) {
+  comn_context context{};
+  comn_datafmt from{}, to{};
+  from.datatype = TVX_TYPE_I4;
+  to.datatype = destination_code;
+  to.maxlength = sizeof(int64_t);
+  int64_t destination;
+  int32_t length;
+  return routine(&context, &from, &small_amount, &to, &destination, &length);
+}
+
+int32_t convert_bare_i4(comnb_conversion* routine) {
+  const comnb_context context{};
+  int64_t stored;
+  comnb_value source{}, destination{};
+  source.data = &small_amount;
+  destination.data = &stored;
+  destination.maxlength = sizeof stored;
+  return routine(&context, &source, &destination);
+}
+
+TEST_F(Diagnosis, TraceLineNamesTheOperation) {
+  const CallsOfFiles calls = {
+      {[] { convert_i4(comn_i4toi8, TVX_TYPE_I8); }, "scalar"},
+      {[] { convert_i4(comn_i4tochar, TVX_TYPE_CHAR); }, "numbertext"},
+      {[] { convert_i4(comn_i4tomoney, TVX_TYPE_MONEY); }, "money"},
+      {[] { convert_i4(comn_i4tobin, TVX_TYPE_BIN); }, "binary"},
+      {[] { convert_bare_i4(comnb_i4toi8); }, "scalar"},
+      {[] { convert_bare_i4(comnb_i4tochar); }, "numbertext"},
+      {[] { convert_bare_i4(comnb_i4tomoney); }, "money"},
+      {[] { convert_bare_i4(comnb_i4tohex); }, "numbertext"},
+      {[] { comn_mnyadd(&amount, &amount, &amount); }, "money"},
+      {[] { comn_mnysub(&amount, &amount, &amount); }, "money"},
+      {[] { comn_mny4sub(&small_amount, &small_amount, &small_amount); }, "money"},
+      {[] { comn_mnyminus(&amount, &amount); }, "money"},
+      {[] { comn_mnycopy(&amount, &amount); }, "money"},
+      {[] { comn_mnyinc(&amount); }, "money"},
+      {[] { comn_mnydec(&amount); }, "money"},
+      {[] { comn_mnyscale(&amount, 1, 0); }, "money"},
+  };
+  com_errset(3);
+  std::set<std::string> lines;
+  for (const auto& [call, file] : calls) {
+    ASSERT_EQ(1, comn_debug_setfile(nullptr, "trace", 1));
+    call();
+    const std::string line = contents("trace"), start = "(CS_SUCCEED) file " + file + ".cpp, line ";
+    EXPECT_EQ(start, line.substr(0, start.size()));
+    EXPECT_EQ(line.size(), line.find('\n') + 1) << "one line";
+    EXPECT_TRUE(lines.insert(line).second) << "another operation's: " << line;
+  }
 }
 
 // ---- Debug output -------------------------------------------------------------------------------
