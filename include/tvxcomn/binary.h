@@ -115,8 +115,9 @@ TVXCOMN_API comn_conversion comn_locatortochar;
  * code. The output length is that of the data. CS_MEM_ERROR, with nothing changed.
  *
  * The other routines are reached through the routine table. Char to locator reads hexadecimal text
- * as comn_chartobin does into new data: CS_CONV_OVERFLOW for more than 65,535 bytes, CS_MEM_ERROR;
- * with any failure the locator is left empty. Locator to text and to image delivers the chunks as
+ * as comn_chartobin does into new data, which CS_FORMAT_ZEROFILL fills up to half the text's length:
+ * CS_CONV_OVERFLOW for more than 65,535 bytes, CS_MEM_ERROR; with any failure the locator is left
+ * empty. Locator to text and to image delivers the chunks as
  * one value; of a locator without any a zero byte, and length 0. */
 TVXCOMN_API comn_conversion comn_locatortolocator;
 

@@ -66,13 +66,15 @@ int32_t char_to_locator(const Call& call) {
   auto& locator = *static_cast<comn_locator*>(call.destination);
   if (!is_valid(locator)) return CS_FAIL;
   reset(locator);
-  if (bytes_of_digits(hex_digits(text).length) > kMostBytes) return CS_CONV_OVERFLOW;
+  const int32_t room = bytes_of_digits(text.length);  // which a fill fills
+  const bool fills = (call.destination_format->format & CS_FORMAT_ZEROFILL) != 0;
+  if ((fills ? room : bytes_of_digits(hex_digits(text).length)) > kMostBytes)
+    return CS_CONV_OVERFLOW;
 
   comn_datafmt as_bin = *call.destination_format;
   as_bin.datatype = TVX_TYPE_BIN;
-  as_bin.format &= ~uint32_t{CS_FORMAT_ZEROFILL};  // the data is what the digits stand for, no more
-  as_bin.maxlength = bytes_of_digits(text.length);
-  Block data = allocate(as_bin.maxlength);
+  as_bin.maxlength = room;
+  Block data = allocate(room);
   if (data == nullptr) return CS_MEM_ERROR;
   const int32_t code = text_to_bin<Form::text>(
       {call.context, call.source_format, call.source, &as_bin, data.get(), call.output_length});

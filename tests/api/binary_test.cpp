@@ -250,13 +250,16 @@ TEST(Locator, DataFromTextAndBack) {
       EXPECT_EQ(result, fill(locator, text, code, length));
       EXPECT_EQ(read_locator(locator, code, format_of(0, 3)), delivered("", 3));
     }
-    // Blanks around the digits, and the fills of a text, give no bytes.
+    // Blanks around the digits give no bytes; a fill goes up to half the text, and not too far.
     for (uint32_t flags = 0; flags < 8; ++flags) {
+      const bool fills = (flags & CS_FORMAT_ZEROFILL) != 0;
+      const std::string data = fills ? "0102000000" : "0102";
       EXPECT_EQ(kOk, fill(locator, " 0x0102  ", code, length, flags));
-      EXPECT_EQ(2, length);
-      EXPECT_EQ(read_locator(locator, code, format_of(0, 9)), delivered("0102", 9)) << flags;
-      EXPECT_EQ(kOk, fill(locator, std::string(131'070, '1') + "   ", code, length, flags));
-      EXPECT_TRUE(length == 65'535 && locator.length == 65'535) << flags;
+      EXPECT_EQ(size_of(data), 2 * length);
+      EXPECT_EQ(read_locator(locator, code, format_of(0, 19)), delivered(data, 19)) << flags;
+      EXPECT_EQ(fills ? CS_CONV_OVERFLOW : kOk,
+                fill(locator, std::string(131'070, '1') + "   ", code, length, flags));
+      EXPECT_EQ(fills ? 0 : 65'535, locator.length) << flags;
     }
     comn_free(locator.data);
     comn_free(copy.data);
