@@ -4,6 +4,7 @@
 #include <memory>
 #include <utility>
 
+#include "base/ascii.hpp"
 #include "charset/ascii_mapping.hpp"
 #include "tvxcomn/support.h"
 
@@ -21,7 +22,7 @@ struct Release {
 Text trimmed(Text text) {
   const auto is_white_space = [](const char* character) {
     const auto* byte = reinterpret_cast<const uint8_t*>(character);
-    return (*byte >= '\t' && *byte <= '\r') ||
+    return base::is_space(*character) ||
            charset::is_space(charset::builtin_record(), byte, byte + 1);
   };
   while (text.length > 0 && is_white_space(text.data + text.length - 1)) --text.length;
@@ -39,7 +40,7 @@ bool is_decimal_number(Text text, const com_charattr& attributes) {
   bool has_digits[2] = {};  // of the mantissa, of the exponent
   for (; at != end; at += charset::char_width(attributes, at, end)) {
     const uint8_t character = charset::to_ascii(attributes, at, end);
-    if (character == ' ' || character == '\t') {
+    if (base::is_blank_or_tab(static_cast<char>(character))) {
       has_ended = has_begun;
       continue;
     }
