@@ -1,10 +1,10 @@
 // How the legacy forms with an attribute record examine and map the text of a float.
 #include "convert/legacy_numbers.hpp"
 
-#include <memory>
 #include <utility>
 
 #include "base/ascii.hpp"
+#include "base/heap_block.hpp"
 #include "charset/ascii_mapping.hpp"
 #include "tvxcomn/support.h"
 
@@ -12,10 +12,6 @@ namespace tvx::convert::legacy {
 namespace {
 
 constexpr int32_t kStackBytes = 512;  // longer texts are mapped on the heap
-
-struct Release {
-  void operator()(char* block) const { comn_free(block); }
-};
 
 }  // namespace
 
@@ -63,7 +59,7 @@ bool is_decimal_number(Text text, const com_charattr& attributes) {
 template <class Type>
 Reading<Type> read_multibyte_float(Text text, const com_charattr& attributes) {
   char stack[kStackBytes];
-  std::unique_ptr<char, Release> heap;
+  base::HeapBlock<char> heap;
   char* mapped = stack;
   if (text.length >= kStackBytes) {
     heap.reset(static_cast<char*>(comn_malloc(static_cast<size_t>(text.length))));
