@@ -2,23 +2,15 @@
 #include "datetime/descriptors.hpp"
 
 #include "base/bytes.hpp"
+#include "base/wire_tokens.hpp"
 #include "datetime/arithmetic.hpp"
 #include "datetime/values.hpp"
 
 namespace tvx::datetime {
 namespace {
 
+namespace wire = base::wire_token;
 using base::load;
-
-// Wire datatype tokens of destinations.
-enum Token : uint8_t {
-  kDate = 49,
-  kTime = 51,
-  kDatetime4 = 58,
-  kDatetime = 61,
-  kBigdatetime = 187,
-  kBigtime = 188,
-};
 
 // Stores a value in a destination that has exactly its size.
 template <class Value>
@@ -31,15 +23,15 @@ bool deliver(Value value, comnb_value& destination) {
 
 bool deliver_datetime(const comn_datetime& value, comnb_value& destination) {
   switch (destination.token) {
-    case kDatetime:
+    case wire::kDatetime:
       return is_datetime_day(value.days) && deliver(value, destination);
-    case kDatetime4: {
+    case wire::kDatetime4: {
       comn_datetime4 date4{};
       return datetime_to_date4(value, date4) == Status::kDone && deliver(date4, destination);
     }
-    case kDate:
+    case wire::kDate:
       return deliver(value.days, destination);
-    case kTime:
+    case wire::kTime:
       return deliver(value.ticks, destination);
     default:
       return false;
@@ -49,7 +41,7 @@ bool deliver_datetime(const comn_datetime& value, comnb_value& destination) {
 }  // namespace
 
 std::optional<comn_datetime> take_datetime(const comnb_value& source, uint8_t token) {
-  const bool is_time = token == kTime;
+  const bool is_time = token == wire::kTime;
   if (source.length == sizeof(comn_datetime) && !is_time) return load<comn_datetime>(source.data);
   if (source.length != sizeof(int32_t)) return std::nullopt;
   if (is_time) return comn_datetime{0, load<uint32_t>(source.data)};
@@ -67,9 +59,9 @@ bool add_and_deliver(int32_t part, int32_t amount, comn_datetime value, comnb_va
 
 bool add_and_deliver(int32_t part, int32_t amount, uint64_t value, comnb_value& destination) {
   switch (destination.token) {
-    case kBigdatetime:
+    case wire::kBigdatetime:
       return add(part, amount, value, BigType::kDatetime) && deliver(value, destination);
-    case kBigtime:
+    case wire::kBigtime:
       return add(part, amount, value, BigType::kTime) &&
              deliver(value % kMicrosecondsPerDay, destination);
     default:
