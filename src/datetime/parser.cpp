@@ -11,8 +11,6 @@ namespace tvx::datetime {
 
 namespace {
 
-static_assert(kSequences.size() == kDateOrders + 1);
-
 // ---- The grammar -------------------------------------------------------------------------------
 
 // Takes time and date out of a text and makes the parts of a value of them. Functions that return
@@ -169,9 +167,9 @@ private:
     if (second == kNowhere || rule == nullptr) return fail(ReadStatus::kBadToken);
     tokens_.use_up(second);
 
-    const bool sought = rule->year != LongYear::not_sought;
+    const bool sought = rule->year != LongYear::kNotSought;
     const Place year = sought ? long_year() : kNowhere;
-    if (rule->year == LongYear::required && year == kNowhere) {
+    if (rule->year == LongYear::kRequired && year == kNowhere) {
       return fail(ReadStatus::kBadToken);
     }
     int32_t order = rule->order;
@@ -194,11 +192,11 @@ private:
 
   [[nodiscard]] bool numeric_part(Part part, bool has_year) {
     switch (part) {
-      case Part::month:
+      case Part::kMonth:
         if (!first_number(parts_.month)) return false;
         --parts_.month;
         return true;
-      case Part::day:
+      case Part::kDay:
         return first_number(parts_.day);
       default:
         return has_year || short_year();
