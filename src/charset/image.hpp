@@ -12,7 +12,6 @@
 namespace tvx::charset {
 
 inline constexpr uint8_t kSingleByteClass = 1;
-inline constexpr uint8_t kMultibyteClass = 2;
 
 // Tables of a single-byte set: a row for each byte and one row of zero behind them.
 inline constexpr size_t kSingleByteAttributes = size_t{257} * 4;

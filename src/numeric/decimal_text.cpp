@@ -3,7 +3,6 @@
 #include "numeric/decimal_text.hpp"
 
 #include <algorithm>
-#include <bit>
 #include <cstring>
 
 #include "base/ascii.hpp"
