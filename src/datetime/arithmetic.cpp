@@ -185,7 +185,7 @@ void difference(int32_t part, uint64_t start, uint64_t end, int64_t& result) {
   if (days) {
     result = *days;
   } else if (is_part(part)) {
-    const uint64_t length = kMicrosecondsPerDay / unit_of(part).per_day;
+    const auto length = static_cast<uint64_t>(kMicrosecondsPerDay / unit_of(part).per_day);
     result =
         static_cast<int64_t>(end >= start ? (end - start) / length : 0 - (start - end) / length);
   }
