@@ -3,18 +3,13 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 
-#include "tvxcomn/support.h"
+#include "base/heap_block.hpp"
 
 namespace tvx::intl {
 
-struct HeapFree {
-  void operator()(void* block) const noexcept { comn_free(block); }
-};
-
 struct LoadedFile {
-  std::unique_ptr<char[], HeapFree> text;  // one byte longer than the text, for a NUL
+  base::HeapBlock<char[]> text;  // one byte longer than the text, for a NUL
   size_t size = 0;
 };
 

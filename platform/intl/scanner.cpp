@@ -3,14 +3,15 @@
 #include <cstring>
 #include <string_view>
 
+#include "base/ascii.hpp"
+#include "base/hexadecimal.hpp"
+
 namespace tvx::intl {
 namespace {
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
-bool is_blank(char c) {
-  return c == ' ' || c == '\t';
-}
+using base::is_blank_or_tab;
 
 bool is_comment_mark(char c) {
   return c == ';' || c == '#';
@@ -20,20 +21,12 @@ bool is_control(char c) {
   return (static_cast<unsigned char>(c) < ' ' && c != '\t') || c == '\x7F';
 }
 
-// The value of a hexadecimal digit, or -1.
-int digit_value(char c) {
-  if (c >= '0' && c <= '9') return c - '0';
-  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-  return -1;
-}
-
 // Follows a run of text and remembers where its last byte that is no blank ends.
 class Trimmed {
 public:
   explicit Trimmed(char* begin) : begin_(begin), end_(begin) {}
   void pass(char* byte) {
-    after_blank_ = is_blank(*byte);
+    after_blank_ = is_blank_or_tab(*byte);
     if (after_blank_) return;
     if (end_ == begin_) begin_ = byte;
     end_ = byte + 1;
@@ -94,7 +87,7 @@ bool Scanner::pass_line_end() {
 
 // Passes blanks, and a comment after them.
 void Scanner::pass_blanks(bool comment_may_begin) {
-  for (; is_blank(peek()); ++next_) comment_may_begin = true;
+  for (; is_blank_or_tab(peek()); ++next_) comment_may_begin = true;
   if (!comment_may_begin || !is_comment_mark(peek())) return;
   while (inside_line()) ++next_;
 }
@@ -222,10 +215,11 @@ char* Scanner::read_quoted(char* out) {
 char* Scanner::read_bytes(char* out) {
   next_ += 2;
   char* const first = out;
-  for (; !at_line_end() && !is_blank(peek()) && peek() != ',' && peek() != '"'; next_ += 2) {
-    const int high = digit_value(peek());
-    const int low = digit_value(peek(1));
-    if (high < 0 || low < 0) return fail_here(ErrorKind::kBadHexadecimal);
+  for (; !at_line_end() && !is_blank_or_tab(peek()) && peek() != ',' && peek() != '"'; next_ += 2) {
+    const int high = base::hex_digit_value(peek());
+    const int low = base::hex_digit_value(peek(1));
+    if (high == base::kNoHexDigit || low == base::kNoHexDigit)
+      return fail_here(ErrorKind::kBadHexadecimal);
     *out++ = static_cast<char>(high * 16 + low);
   }
   return out == first ? fail_here(ErrorKind::kBadHexadecimal) : out;

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "base/hexadecimal.hpp"
 #include "runtime/debug_output.hpp"
 #include "runtime/diagnosis.hpp"
 #include "runtime/fatal.hpp"
@@ -90,10 +91,9 @@ int32_t comn_dbg_stack(int32_t, int32_t, int32_t, int32_t) {
 }
 
 void com_prhex(int32_t byte, char* out) {
-  constexpr char digits[] = "0123456789abcdef";
   rt::require_pointer(out);
-  out[0] = digits[(byte >> 4) & 15];
-  out[1] = digits[byte & 15];
+  const auto value = static_cast<uint8_t>(byte);
+  tvx::base::write_hex(&value, 1, out);
 }
 
 int32_t com_copstr(char* destination, const char* source, int32_t size) {

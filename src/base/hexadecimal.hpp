@@ -4,13 +4,15 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "base/ascii.hpp"
+
 namespace tvx::base {
 
 inline constexpr int kNoHexDigit = -1;
 
 // The value of a digit of either case, else kNoHexDigit.
 [[nodiscard]] constexpr int hex_digit_value(char character) {
-  if (character >= '0' && character <= '9') return character - '0';
+  if (is_digit(character)) return character - '0';
   const char lower = static_cast<char>(character | 0x20);
   return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : kNoHexDigit;
 }

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstring>
 
+#include "base/wire_tokens.hpp"
 #include "convert/completion.hpp"
 #include "convert/numeric_conversion.hpp"
 
@@ -13,10 +14,6 @@ namespace {
 
 constexpr int32_t kNumericHeader = offsetof(comn_numeric, sign);
 constexpr int32_t kNumericField = sizeof(comn_numeric) - kNumericHeader;
-
-// Wire datatype tokens of the floats.
-constexpr uint8_t kFlt4Token = 59;
-constexpr uint8_t kFlt8Token = 62;
 
 // The two may overlap, or be one and the same.
 void copy_bytes(void* destination, const void* source, int32_t count) {
@@ -204,6 +201,18 @@ bool is_finite(const comnb_value& value) {
   return !is_whole || std::isfinite(base::load<Float>(value.data));
 }
 
+// Only a float, by its token, can be none of its type.
+bool is_legal(const comnb_value& value) {
+  switch (value.token) {
+    case base::wire_token::kFlt4:
+      return is_finite<float>(value);
+    case base::wire_token::kFlt8:
+      return is_finite<double>(value);
+    default:
+      return true;
+  }
+}
+
 }  // namespace
 
 int32_t bare_any_to_fixed(const BareCall& call) {
@@ -212,10 +221,7 @@ int32_t bare_any_to_fixed(const BareCall& call) {
   comnb_value& destination = *call.destination;
   const int32_t completed = complete_bare_binary(call);
   if (completed != CS_SUCCEED) return completed;
-  const bool is_legal = destination.token == kFlt4Token   ? is_finite<float>(destination)
-                        : destination.token == kFlt8Token ? is_finite<double>(destination)
-                                                          : true;
-  return is_legal ? CS_SUCCEED : CS_CONV_DOMAIN;
+  return is_legal(destination) ? CS_SUCCEED : CS_CONV_DOMAIN;
 }
 
 int32_t bare_any_to_var(const BareCall& call) {

@@ -77,9 +77,8 @@ struct DateTextDestination<type::timea> {
 // The bare layer has no locales.
 [[nodiscard]] inline datetime::ReadingRules reading_rules(const comnb_context& context) {
   constexpr int32_t builtin_code = 0;
-  constexpr int32_t month_day_year = 1;
   return {builtin_code,
-          month_day_year,
+          datetime::kMonthDayYear,
           {datetime::kMonths, datetime::kShortMonths},
           context.attributes};
 }

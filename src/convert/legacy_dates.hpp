@@ -49,14 +49,14 @@ inline datetime::ReadStatus read_date_text(Text text, const datetime::ReadingRul
 template <class Source, class Destination>
 int32_t text_to_date(const LegacyCall& call, int32_t format_code, const char* const* months,
                      const char* const* short_months, const com_charattr* attributes) {
-  constexpr int32_t month_day_year = 1;
   if (call.is_empty()) return kNothing;
   const Text text = Source::read(call);
   if (text.length == 0) return kNothing;
   const datetime::MonthNames names{months != nullptr ? months : datetime::kMonths,
                                    short_months != nullptr ? short_months : datetime::kShortMonths};
   Value<Destination> value{};
-  const auto status = read_date_text(text, {format_code, month_day_year, names, attributes}, value);
+  const auto status =
+      read_date_text(text, {format_code, datetime::kMonthDayYear, names, attributes}, value);
   if (status == datetime::ReadStatus::kRead) return deliver_value(call, value);
   return static_cast<int32_t>(status) < 0 ? kSyntax : kCut;
 }

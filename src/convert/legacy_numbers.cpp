@@ -1,9 +1,10 @@
 // How the legacy forms with an attribute record examine and map the text of a float.
 #include "convert/legacy_numbers.hpp"
 
-#include <memory>
 #include <utility>
 
+#include "base/ascii.hpp"
+#include "base/heap_block.hpp"
 #include "charset/ascii_mapping.hpp"
 #include "tvxcomn/support.h"
 
@@ -12,16 +13,12 @@ namespace {
 
 constexpr int32_t kStackBytes = 512;  // longer texts are mapped on the heap
 
-struct Release {
-  void operator()(char* block) const { comn_free(block); }
-};
-
 }  // namespace
 
 Text trimmed(Text text) {
   const auto is_white_space = [](const char* character) {
     const auto* byte = reinterpret_cast<const uint8_t*>(character);
-    return (*byte >= '\t' && *byte <= '\r') ||
+    return base::is_space(*character) ||
            charset::is_space(charset::builtin_record(), byte, byte + 1);
   };
   while (text.length > 0 && is_white_space(text.data + text.length - 1)) --text.length;
@@ -39,7 +36,7 @@ bool is_decimal_number(Text text, const com_charattr& attributes) {
   bool has_digits[2] = {};  // of the mantissa, of the exponent
   for (; at != end; at += charset::char_width(attributes, at, end)) {
     const uint8_t character = charset::to_ascii(attributes, at, end);
-    if (character == ' ' || character == '\t') {
+    if (base::is_blank_or_tab(static_cast<char>(character))) {
       has_ended = has_begun;
       continue;
     }
@@ -62,7 +59,7 @@ bool is_decimal_number(Text text, const com_charattr& attributes) {
 template <class Type>
 Reading<Type> read_multibyte_float(Text text, const com_charattr& attributes) {
   char stack[kStackBytes];
-  std::unique_ptr<char, Release> heap;
+  base::HeapBlock<char> heap;
   char* mapped = stack;
   if (text.length >= kStackBytes) {
     heap.reset(static_cast<char*>(comn_malloc(static_cast<size_t>(text.length))));

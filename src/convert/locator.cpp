@@ -3,8 +3,9 @@
 
 #include <algorithm>
 #include <cstring>
-#include <memory>
+#include <utility>
 
+#include "base/heap_block.hpp"
 #include "convert/completion.hpp"
 #include "convert/hexadecimal.hpp"
 #include "tvxcomn/binary.h"
@@ -15,10 +16,7 @@ namespace {
 
 constexpr int32_t kMostBytes = 65'535;  // of the data that a text is read into
 
-struct Free {
-  void operator()(void* block) const { comn_free(block); }
-};
-using Block = std::unique_ptr<uint8_t, Free>;
+using Block = base::HeapBlock<uint8_t>;
 
 Block allocate(int32_t size) {
   return Block(static_cast<uint8_t*>(comn_malloc(static_cast<size_t>(size))));

@@ -7,6 +7,7 @@
 #include <limits>
 #include <optional>
 
+#include "datetime/date_parts.hpp"
 #include "datetime/iso_week.hpp"
 #include "datetime/values.hpp"
 
@@ -183,7 +184,7 @@ void difference(int32_t part, uint64_t start, uint64_t end, int64_t& result) {
   const auto days = difference_of_days(part, day_of_big(start), day_of_big(end));
   if (days) {
     result = *days;
-  } else if (part >= COM_PART_YEAR && part <= COM_PART_MICROSECOND) {
+  } else if (is_part(part)) {
     const auto length = static_cast<uint64_t>(kMicrosecondsPerDay / unit_of(part).per_day);
     result =
         static_cast<int64_t>(end >= start ? (end - start) / length : 0 - (start - end) / length);

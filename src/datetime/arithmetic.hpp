@@ -10,8 +10,7 @@ namespace tvx::datetime {
 //
 // Add an amount of a part to a value in place, if they can: nothing changes where false is
 // returned. A day that the month reached does not have becomes its last one. ISO years, days of any
-// name and weeks of either kind are years, days and weeks. There must be such a part; datetimes
-// have no microseconds.
+// name and weeks of either kind are years, days and weeks. The value has such a part.
 
 // Results lie in the years 1 to 9999. Milliseconds are rounded to ticks. A time of day of 24 hours
 // or more does not move.

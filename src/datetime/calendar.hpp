@@ -118,4 +118,12 @@ inline constexpr int32_t kMarchOfYear0 = -693'901;  // 0000-03-01
   return static_cast<int32_t>(from_sunday < 0 ? from_sunday + 7 : from_sunday);
 }
 
+// The place in weeks that begin on day `to` of the day that has `position` in weeks that begin on
+// day `from`. Days are numbered 1 to 7, places 0 to 6. Sums below zero, which others give, leave
+// remainders below zero.
+[[nodiscard]] constexpr int32_t renumbered_weekday(int32_t position, int32_t from, int32_t to) {
+  const auto modulo_week = [](int64_t days) { return static_cast<int32_t>(days) % 7; };
+  return modulo_week(int64_t{modulo_week(int64_t{from} + position - 1)} + 8 - to);
+}
+
 }  // namespace tvx::datetime

@@ -12,6 +12,7 @@
 #include <cstring>
 #include <iterator>
 
+#include "base/ascii.hpp"
 #include "charset/attributes.hpp"
 #include "datetime/lexer.hpp"
 #include "datetime/names.hpp"
@@ -38,11 +39,10 @@ inline constexpr int kStart = 4;  // bytes
 // The starts of the lower case of built-in names.
 template <size_t count>
 [[nodiscard]] constexpr auto starts_of(const char* const (&names)[count]) {
-  constexpr uint8_t lower_case = 'a' - 'A';
   std::array<uint32_t, count> starts{};
   for (size_t i = 0; i < count; ++i) {
     for (int at = 0; names[i][at] != 0; ++at) {
-      starts[i] |= in_start(static_cast<uint8_t>(names[i][at] | lower_case), at);
+      starts[i] |= in_start(static_cast<uint8_t>(base::to_lower(names[i][at])), at);
     }
   }
   return starts;

@@ -1,8 +1,7 @@
 // Local time as text.
 #include "datetime/clock_text.hpp"
 
-#include <array>
-
+#include "datetime/date_order.hpp"
 #include "datetime/names.hpp"
 #include "numeric/field_write.hpp"
 
@@ -13,31 +12,26 @@ int32_t two_digits(char* out, int32_t value, char trailing) {
   return numeric::write_field(out, value, trailing, -2);
 }
 
-// Year, month and day in the places of a date order.
-std::array<int32_t, 3> ordered(int32_t y, int32_t m, int32_t d, int32_t date_order) {
-  switch (date_order) {
-    default:
-      return {m, d, y};
-    case 2:
-      return {d, m, y};
-    case 3:
-      return {y, m, d};
-    case 4:
-      return {y, d, m};
-    case 5:
-      return {m, y, d};
-    case 6:
-      return {d, y, m};
+int32_t number_of(Part part, const os::LocalTime& time) {
+  switch (part) {
+    case Part::kYear:
+      return time.year % 100;
+    case Part::kMonth:
+      return time.month + 1;
+    case Part::kDay:
+      break;
   }
+  return time.day;
 }
 
 }  // namespace
 
 void write_clock_text(char* out, const os::LocalTime& time, int32_t date_order, Clock clock) {
-  const auto date = ordered(time.year % 100, time.month + 1, time.day, date_order);
-  out += two_digits(out, date[0], '/');
-  out += two_digits(out, date[1], '/');
-  out += two_digits(out, date[2], ' ');
+  const bool is_order = date_order >= 1 && date_order <= kDateOrders;
+  const auto& sequence = kSequences[static_cast<size_t>(is_order ? date_order : kMonthDayYear)];
+  out += two_digits(out, number_of(sequence[0], time), '/');
+  out += two_digits(out, number_of(sequence[1], time), '/');
+  out += two_digits(out, number_of(sequence[2], time), ' ');
 
   const bool halved = clock == Clock::kTwelveHour;
   out += two_digits(out, halved && time.hour > 12 ? time.hour - 12 : time.hour, ':');

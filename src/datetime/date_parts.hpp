@@ -9,6 +9,11 @@ namespace tvx::datetime {
   return part >= COM_PART_YEAR && part <= COM_PART_MICROSECOND;
 }
 
+// Datetimes, dates and times have no microseconds.
+[[nodiscard]] constexpr bool is_datetime_part(int32_t part) {
+  return is_part(part) && part != COM_PART_MICROSECOND;
+}
+
 // The value of a part of a record into which both date and time were cracked; 0 when there is no
 // such part. `first_day` is the first day of the week, 1 (Monday) to 7.
 [[nodiscard]] int32_t part_value(int32_t part, const comn_dateparts& parts, int32_t first_day);

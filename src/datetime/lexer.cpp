@@ -11,9 +11,9 @@ namespace {
 
 // ---- What the lexer knows ----------------------------------------------------------------------
 
-enum class Class : uint8_t { other, blank, sign, sign_or_letter };
+enum class Class : uint8_t { kOther, kBlank, kSign, kSignOrLetter };
 
-// What an ASCII form that is no digit stands for. One that is other may begin a word.
+// What an ASCII form that is no digit stands for. One of kOther may begin a word.
 struct Meaning {
   Class lexical_class;
   Kind kind;  // of the token that a sign is
@@ -21,12 +21,12 @@ struct Meaning {
 
 constexpr std::array<Meaning, 256> kMeanings = [] {
   std::array<Meaning, 256> meanings{};
-  meanings[' '].lexical_class = Class::blank;
-  meanings[':'] = {Class::sign, Kind::colon};
-  meanings[','] = {Class::sign, Kind::comma};
-  meanings['.'] = {Class::sign, Kind::point};
-  meanings['-'] = meanings['/'] = {Class::sign, Kind::separator};
-  meanings['T'] = meanings['t'] = {Class::sign_or_letter, Kind::iso_separator};
+  meanings[' '].lexical_class = Class::kBlank;
+  meanings[':'] = {Class::kSign, Kind::kColon};
+  meanings[','] = {Class::kSign, Kind::kComma};
+  meanings['.'] = {Class::kSign, Kind::kPoint};
+  meanings['-'] = meanings['/'] = {Class::kSign, Kind::kSeparator};
+  meanings['T'] = meanings['t'] = {Class::kSignOrLetter, Kind::kIsoSeparator};
   return meanings;
 }();
 
@@ -39,9 +39,9 @@ constexpr std::array<Meaning, 256> kMeanings = [] {
 constexpr int kMostDigits = 8;
 constexpr int kErrorDigits = 7;
 constexpr int kShortDigits = 3;
-constexpr Kind kLongNumbers[] = {Kind{},       Kind{},     Kind{},
-                                 Kind{},       Kind::year, Kind::five_digits,
-                                 Kind::packed, Kind{},     Kind::packed};
+constexpr Kind kLongNumbers[] = {Kind{},        Kind{},      Kind{},
+                                 Kind{},        Kind::kYear, Kind::kFiveDigits,
+                                 Kind::kPacked, Kind{},      Kind::kPacked};
 
 // ---- The lexer ---------------------------------------------------------------------------------
 
@@ -82,12 +82,12 @@ private:
     const Meaning meaning = kMeanings[characters_.form(at, end)];
     const uint8_t* const next = characters_.next(at, end);
     // A letter that may be a sign is one when it stands alone.
-    if (meaning.lexical_class == Class::sign ||
-        (meaning.lexical_class == Class::sign_or_letter &&
+    if (meaning.lexical_class == Class::kSign ||
+        (meaning.lexical_class == Class::kSignOrLetter &&
          (next == end || !characters_.is_letter(next, end)))) {
       return add(meaning.kind) ? next : nullptr;
     }
-    if (meaning.lexical_class == Class::blank) return next;
+    if (meaning.lexical_class == Class::kBlank) return next;
     Word word;
     const uint8_t* const behind_word = characters_.word(at, end, word);
     return behind_word != nullptr && add_word(word) ? behind_word : nullptr;
@@ -108,7 +108,7 @@ private:
   }
 
   [[nodiscard]] bool add_number(int32_t value, int digits) {
-    if (digits <= kShortDigits) return add(Kind::number, value, digits);
+    if (digits <= kShortDigits) return add(Kind::kNumber, value, digits);
     if (digits > kMostDigits || digits == kErrorDigits) return false;
     return add(kLongNumbers[digits], value, digits);
   }
@@ -116,10 +116,10 @@ private:
   [[nodiscard]] bool add_word(const Word& word) {
     if (word.length == 2) {
       const int marker = characters_.marker(word);
-      if (marker != kNoMatch) return add(Kind::marker, marker);
+      if (marker != kNoMatch) return add(Kind::kMarker, marker);
     }
     const int month = characters_.month(months_, word);
-    return month != kNoMatch && add(Kind::month, month);
+    return month != kNoMatch && add(Kind::kMonth, month);
   }
 
   const Characters characters_;

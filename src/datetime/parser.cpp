@@ -11,8 +11,6 @@ namespace tvx::datetime {
 
 namespace {
 
-static_assert(kSequences.size() == kDateOrders + 1);
-
 // ---- The grammar -------------------------------------------------------------------------------
 
 // Takes time and date out of a text and makes the parts of a value of them. Functions that return
@@ -56,12 +54,12 @@ private:
 
   // Takes the number of one to three digits at a place, which is there if the text is right.
   [[nodiscard]] bool number(Place place, int32_t& value) {
-    if (!tokens_.accept(place, Kind::number)) return fail(ReadStatus::kBadToken);
+    if (!tokens_.accept(place, Kind::kNumber)) return fail(ReadStatus::kBadToken);
     value = tokens_.value(place);
     return true;
   }
   [[nodiscard]] bool first_number(int32_t& value) {
-    return number(tokens_.find(Kind::number), value);
+    return number(tokens_.find(Kind::kNumber), value);
   }
 
   // ---- Time
@@ -69,9 +67,9 @@ private:
   // hour ":" minute [":" second [":" millisecond | "." fraction]] ["AM" | "PM"], or an hour with
   // its marker alone. A colon or marker at the very start has no hour before it.
   [[nodiscard]] bool time() {
-    const Place colon = tokens_.find(Kind::colon);
+    const Place colon = tokens_.find(Kind::kColon);
     if (colon > kFirst) return clock(colon);
-    const Place marker = tokens_.find_behind_first(Kind::marker);
+    const Place marker = tokens_.find_behind_first(Kind::kMarker);
     return marker == kNowhere || (number(before(marker), parts_.hour) && day_half(marker));
   }
 
@@ -80,18 +78,18 @@ private:
     tokens_.use_up(colon);
     if (!number(behind(colon), parts_.minute)) return false;
     Place next = behind(behind(colon));
-    if (tokens_.accept(next, Kind::colon)) {
+    if (tokens_.accept(next, Kind::kColon)) {
       if (!number(behind(next), parts_.second)) return false;
       next = behind(behind(next));
-      const bool counts_milliseconds = tokens_.accept(next, Kind::colon);
-      if (counts_milliseconds || tokens_.accept(next, Kind::point)) {
+      const bool counts_milliseconds = tokens_.accept(next, Kind::kColon);
+      if (counts_milliseconds || tokens_.accept(next, Kind::kPoint)) {
         const Place fine = behind(next);
         if (!(counts_milliseconds ? number(fine, parts_.millisecond) : fraction(fine)))
           return false;
         next = behind(fine);
       }
     }
-    return !tokens_.is(next, Kind::marker) || day_half(next);
+    return !tokens_.is(next, Kind::kMarker) || day_half(next);
   }
 
   [[nodiscard]] bool fraction(Place place) {
@@ -124,7 +122,7 @@ private:
 
   // A "T" stands before the time and before nothing else.
   [[nodiscard]] bool iso_separator() {
-    const Place separator = tokens_.find(Kind::iso_separator);
+    const Place separator = tokens_.find(Kind::kIsoSeparator);
     if (separator == kNowhere) return true;
     tokens_.use_up(separator);
     const bool time_follows = !tokens_.is_last(separator) && !tokens_.any_left_behind(separator);
@@ -134,11 +132,11 @@ private:
   // The first form of a date that the tokens left allow. A text without any is a time.
   [[nodiscard]] bool date() {
     has_date_ = true;
-    const Place month = tokens_.find(Kind::month);
+    const Place month = tokens_.find(Kind::kMonth);
     if (month != kNowhere) return named_month(month);
-    const Place separator = tokens_.find_behind_first(Kind::separator);
+    const Place separator = tokens_.find_behind_first(Kind::kSeparator);
     if (separator != kNowhere) return numeric(separator);
-    const Place digits = tokens_.find(Kind::packed);
+    const Place digits = tokens_.find(Kind::kPacked);
     if (digits != kNowhere) return packed(digits);
     has_date_ = long_year() != kNowhere;
     return nothing_left();
@@ -149,29 +147,29 @@ private:
   [[nodiscard]] bool named_month(Place month) {
     tokens_.use_up(month);
     parts_.month = tokens_.value(month);
-    const bool separated = tokens_.accept(before(month), Kind::separator);
-    if (!separated || !tokens_.accept(behind(month), Kind::separator)) {
-      tokens_.accept(behind(month), Kind::comma);
+    const bool separated = tokens_.accept(before(month), Kind::kSeparator);
+    if (!separated || !tokens_.accept(behind(month), Kind::kSeparator)) {
+      tokens_.accept(behind(month), Kind::kComma);
     }
     const bool has_year = long_year() != kNowhere;
-    const Place day = tokens_.find(Kind::number);
+    const Place day = tokens_.find(Kind::kNumber);
     if (has_year && day == kNowhere) return true;
     if (!number(day, parts_.day)) return false;
-    tokens_.accept(behind(day), Kind::comma);
+    tokens_.accept(behind(day), Kind::kComma);
     return has_year || short_year();
   }
 
   // Numbers and two separators. The numbers count in their order, wherever they stand.
   [[nodiscard]] bool numeric(Place separator) {
     tokens_.use_up(separator);
-    const Place second = tokens_.find_behind_first(Kind::separator);
+    const Place second = tokens_.find_behind_first(Kind::kSeparator);
     const CodeRule* const rule = code_rule();
     if (second == kNowhere || rule == nullptr) return fail(ReadStatus::kBadToken);
     tokens_.use_up(second);
 
-    const bool sought = rule->year != LongYear::not_sought;
+    const bool sought = rule->year != LongYear::kNotSought;
     const Place year = sought ? long_year() : kNowhere;
-    if (rule->year == LongYear::required && year == kNowhere) {
+    if (rule->year == LongYear::kRequired && year == kNowhere) {
       return fail(ReadStatus::kBadToken);
     }
     int32_t order = rule->order;
@@ -194,11 +192,11 @@ private:
 
   [[nodiscard]] bool numeric_part(Part part, bool has_year) {
     switch (part) {
-      case Part::month:
+      case Part::kMonth:
         if (!first_number(parts_.month)) return false;
         --parts_.month;
         return true;
-      case Part::day:
+      case Part::kDay:
         return first_number(parts_.day);
       default:
         return has_year || short_year();
@@ -219,7 +217,7 @@ private:
 
   // Takes the first year of four digits and returns its place, kNowhere without one.
   Place long_year() {
-    const Place place = tokens_.find(Kind::year);
+    const Place place = tokens_.find(Kind::kYear);
     if (place == kNowhere) return kNowhere;
     tokens_.use_up(place);
     parts_.year = tokens_.value(place);

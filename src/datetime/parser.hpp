@@ -9,16 +9,15 @@
 #include <cstdint>
 #include <string_view>
 
+#include "datetime/date_order.hpp"
 #include "datetime/lexer.hpp"
 #include "tvxcomn/datatypes.h"
 
 namespace tvx::datetime {
 
-inline constexpr int32_t kDateOrders = 6;  // numbered from 1
-
 struct ReadingRules {
   int32_t format_code;
-  int32_t order;  // 1 to 6: mdy, dmy, ymd, ydm, myd, dym
+  int32_t order;  // as numbered in date_order.hpp
   MonthNames months;
   const com_charattr* attributes;  // null: the built-in ones
 };

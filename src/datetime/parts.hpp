@@ -98,14 +98,6 @@ constexpr Fault build_day(const comn_dateparts& parts, int32_t& day) {
   return kFirstBigdatetime + static_cast<uint64_t>(day + kDaysBefore1900) * kMicrosecondsPerDay;
 }
 
-// Microseconds of a bigdatetime at midnight of the date.
-constexpr Fault build_big_date(const comn_dateparts& parts, uint64_t& bigdatetime) {
-  int32_t day = 0;
-  const Fault fault = build_day(parts, day);
-  if (fault == Fault::kNone) bigdatetime = big_of_day(day);
-  return fault;
-}
-
 // Whole seconds since midnight.
 constexpr Fault build_seconds(const comn_dateparts& parts, int32_t& seconds) {
   const auto within = [](int32_t value, int32_t last) { return value >= 0 && value <= last; };

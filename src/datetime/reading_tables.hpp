@@ -1,4 +1,4 @@
-// The rules by which readings of date texts differ, as tables: by date order, date format code,
+// The rules by which readings of date texts differ, as tables: by date format code,
 // half of the day, digits of a fraction, and destination. The grammar (parser.cpp) is the same for
 // all.
 #pragma once
@@ -6,34 +6,15 @@
 #include <array>
 #include <cstdint>
 
+#include "datetime/date_order.hpp"
+
 namespace tvx::datetime {
-
-// ---- Date orders -------------------------------------------------------------------------------
-
-inline constexpr int32_t kMonthDayYear = 1;
-inline constexpr int32_t kDayMonthYear = 2;
-inline constexpr int32_t kYearMonthDay = 3;
-inline constexpr int32_t kYearDayMonth = 4;
-
-enum class Part { year, month, day };
-using Sequence = std::array<Part, 3>;
-
-// By order; there is none of number 0.
-inline constexpr std::array<Sequence, 7> kSequences{{
-    {},
-    {Part::month, Part::day, Part::year},
-    {Part::day, Part::month, Part::year},
-    {Part::year, Part::month, Part::day},
-    {Part::year, Part::day, Part::month},
-    {Part::month, Part::year, Part::day},
-    {Part::day, Part::year, Part::month},
-}};
 
 // ---- Date format codes -------------------------------------------------------------------------
 
 // Whether a numeric date has its year in four digits, wherever in the text. Where such a year is
 // not sought, or optional and not found, the year is one of the numbers in sequence.
-enum class LongYear { optional, not_sought, required };
+enum class LongYear { kOptional, kNotSought, kRequired };
 
 // The one that the text is read under. A long year at the start of the text makes it
 // year-month-day, unless it is year-day-month.
@@ -48,19 +29,19 @@ struct CodeRule {
 // The codes under which numeric dates are read; under any other one they are not.
 // clang-format off
 inline constexpr CodeRule kCodeRules[] = {
-    {0, kGivenOrder, LongYear::optional}, {9, kGivenOrder, LongYear::optional},
+    {0, kGivenOrder, LongYear::kOptional}, {9, kGivenOrder, LongYear::kOptional},
 
-    {1, kMonthDayYear, LongYear::not_sought}, {10, kMonthDayYear, LongYear::not_sought},
-    {2, kYearMonthDay, LongYear::not_sought}, {11, kYearMonthDay, LongYear::not_sought},
-    {21, kYearMonthDay, LongYear::not_sought}, {22, kYearMonthDay, LongYear::not_sought},
-    {23, kYearMonthDay, LongYear::not_sought},
-    {3, kDayMonthYear, LongYear::not_sought}, {4, kDayMonthYear, LongYear::not_sought},
-    {5, kDayMonthYear, LongYear::not_sought},
+    {1, kMonthDayYear, LongYear::kNotSought}, {10, kMonthDayYear, LongYear::kNotSought},
+    {2, kYearMonthDay, LongYear::kNotSought}, {11, kYearMonthDay, LongYear::kNotSought},
+    {21, kYearMonthDay, LongYear::kNotSought}, {22, kYearMonthDay, LongYear::kNotSought},
+    {23, kYearMonthDay, LongYear::kNotSought},
+    {3, kDayMonthYear, LongYear::kNotSought}, {4, kDayMonthYear, LongYear::kNotSought},
+    {5, kDayMonthYear, LongYear::kNotSought},
 
-    {101, kMonthDayYear, LongYear::required}, {110, kMonthDayYear, LongYear::required},
-    {102, kYearMonthDay, LongYear::required}, {111, kYearMonthDay, LongYear::required},
-    {103, kDayMonthYear, LongYear::required}, {104, kDayMonthYear, LongYear::required},
-    {105, kDayMonthYear, LongYear::required},
+    {101, kMonthDayYear, LongYear::kRequired}, {110, kMonthDayYear, LongYear::kRequired},
+    {102, kYearMonthDay, LongYear::kRequired}, {111, kYearMonthDay, LongYear::kRequired},
+    {103, kDayMonthYear, LongYear::kRequired}, {104, kDayMonthYear, LongYear::kRequired},
+    {105, kDayMonthYear, LongYear::kRequired},
 };
 // clang-format on
 

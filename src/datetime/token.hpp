@@ -10,17 +10,17 @@
 namespace tvx::datetime {
 
 enum class Kind : uint8_t {
-  number,         // 1 to 3 digits
-  year,           // 4 digits
-  five_digits,    //
-  packed,         // 6 or 8 digits
-  colon,          //
-  comma,          //
-  point,          // which is a separator, too
-  separator,      // "-", "/" or a point
-  iso_separator,  // "T"
-  marker,         // "AM" or "PM"; value 0 or 1
-  month,          // value 0 to 11
+  kNumber,        // 1 to 3 digits
+  kYear,          // 4 digits
+  kFiveDigits,    //
+  kPacked,        // 6 or 8 digits
+  kColon,         //
+  kComma,         //
+  kPoint,         // which is a separator, too
+  kSeparator,     // "-", "/" or a point
+  kIsoSeparator,  // "T"
+  kMarker,        // "AM" or "PM"; value 0 or 1
+  kMonth,         // value 0 to 11
 };
 inline constexpr size_t kKinds = 11;
 
@@ -49,7 +49,7 @@ public:
     contents_[index(place)] = {value, digits};
   }
   void close(Place end) {
-    of_kind_[static_cast<size_t>(Kind::separator)] |= of_kind(Kind::point);
+    of_kind_[static_cast<size_t>(Kind::kSeparator)] |= of_kind(Kind::kPoint);
     left_ = end - 1;
     end_ = end;
   }
@@ -65,8 +65,8 @@ public:
     return (of_kind(kind) & left_ & place) != 0;
   }
   [[nodiscard]] bool is_number(Place place) const {
-    const Place numbers = of_kind(Kind::number) | of_kind(Kind::year) | of_kind(Kind::five_digits) |
-                          of_kind(Kind::packed);
+    const Place numbers = of_kind(Kind::kNumber) | of_kind(Kind::kYear) |
+                          of_kind(Kind::kFiveDigits) | of_kind(Kind::kPacked);
     return (numbers & left_ & place) != 0;
   }
 

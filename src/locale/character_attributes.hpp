@@ -11,7 +11,7 @@ namespace tvx::locale {
 
 // The record of a handle's character set. A handle always has one.
 inline const com_charattr* character_attributes(const comn_locale& handle) {
-  const CacheEntry* entry = handle.entries[static_cast<size_t>(Category::ctype)];
+  const CacheEntry* entry = handle.entries[static_cast<size_t>(Category::kCtype)];
   runtime::require(entry != nullptr && entry->charset != nullptr);
   return entry->charset->attributes;
 }

@@ -1,6 +1,7 @@
 // The built-in date settings.
 #include "locale/date_settings.hpp"
 
+#include "datetime/date_order.hpp"
 #include "datetime/names.hpp"
 
 namespace tvx::locale {
@@ -10,7 +11,7 @@ constexpr DateSettings builtin_date_settings{.months = datetime::kMonths,
                                              .days = datetime::kShortWeekdays,
                                              .first_day = 7,
                                              .order_text = "mdy",
-                                             .order = 1,
+                                             .order = datetime::kMonthDayYear,
                                              .format_code = 0,
                                              .format_code_is_set = false,
                                              .twelve_hour = true};

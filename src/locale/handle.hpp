@@ -9,7 +9,7 @@
 namespace tvx::locale {
 
 // The stored categories of a locale, in the order of a handle's entries.
-enum class Category : size_t { collate, ctype, message, monetary, numeric, time };
+enum class Category : size_t { kCollate, kCtype, kMessage, kMonetary, kNumeric, kTime };
 inline constexpr size_t kCategories = 6;
 
 // A character set that is loaded, shared by all locales that use it.

@@ -1,6 +1,8 @@
 // Doubles as exact numerics and back; integers are in the header.
 #include "numeric/decimal_machine.hpp"
 
+#include <bit>
+
 #include "numeric/decimal_text.hpp"
 #include "numeric/float_nearest.hpp"
 #include "numeric/float_write.hpp"

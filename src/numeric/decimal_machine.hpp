@@ -3,7 +3,6 @@
 
 #include <cstdint>
 #include <limits>
-#include <type_traits>
 
 #include "numeric/decimal.hpp"
 

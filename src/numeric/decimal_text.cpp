@@ -3,9 +3,9 @@
 #include "numeric/decimal_text.hpp"
 
 #include <algorithm>
-#include <bit>
 #include <cstring>
 
+#include "base/ascii.hpp"
 #include "numeric/eight_digits.hpp"
 #include "numeric/integer_write.hpp"
 #include "numeric/sixteen_digits.hpp"
@@ -13,12 +13,8 @@
 namespace tvx::numeric {
 namespace {
 
-constexpr bool is_digit(char c) {
-  return c >= '0' && c <= '9';
-}
-constexpr bool is_white_space(char c) {
-  return c == ' ' || (c >= '\t' && c <= '\r');
-}
+using base::is_digit;
+using base::is_space;
 
 const char* skip_blanks(const char* at, const char* end) {
   while (at != end && *at == ' ') ++at;
@@ -178,7 +174,7 @@ bool take_digits(std::string_view text, const char* at, Uint256& magnitude, Plai
 bool read_plain_decimal(std::string_view text, const DecimalTextRules& rules, Decimal& value) {
   const char* end = text.data() + text.size();
   const char* at = skip_blanks(text.data(), end);
-  while (at != end && is_white_space(end[-1])) --end;
+  while (at != end && is_space(end[-1])) --end;
   if (at == end) return false;
   const bool negative = *at == '-';
   at += negative || *at == '+' ? 1 : 0;  // no branch: signs come at random
@@ -275,7 +271,7 @@ int32_t precision_from_text(int64_t digits_read, const Decimal& value) {
   if (chosen.is_cut && !rules.rounding) return DecimalStatus::kDigitsDropped;
   // A digit dropped behind the point ends the reading; what follows is not looked at.
   const bool fraction_is_cut = chosen.fraction.end != mantissa.fraction.end;
-  if (!fraction_is_cut && mantissa.end != mark && !std::all_of(mantissa.end, end, is_white_space))
+  if (!fraction_is_cut && mantissa.end != mark && !std::all_of(mantissa.end, end, is_space))
     return DecimalStatus::kInvalid;
 
   MagnitudeOfGroups groups(value.magnitude);

@@ -6,6 +6,8 @@
 #include <bit>
 #include <string_view>
 
+#include "base/ascii.hpp"
+#include "base/hexadecimal.hpp"
 #include "numeric/eight_digits.hpp"
 #include "numeric/float_nearest.hpp"
 #include "numeric/integer_write.hpp"
@@ -14,27 +16,12 @@
 namespace tvx::numeric {
 namespace {
 
-constexpr bool is_space(char c) {
-  return c == ' ' || (c >= '\t' && c <= '\r');
-}
-constexpr bool is_digit(char c) {
-  return c >= '0' && c <= '9';
-}
-constexpr char to_lower(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c;
-}
-
-// -1 for what is no hexadecimal digit.
-constexpr int hexadecimal_value(char c) {
-  if (is_digit(c)) return c - '0';
-  const char letter = to_lower(c);
-  return letter >= 'a' && letter <= 'f' ? letter - 'a' + 10 : -1;
-}
+using base::is_digit;
 
 bool starts_with(const char* text, const char* end, std::string_view lower_case_word) {
   return static_cast<size_t>(end - text) >= lower_case_word.size() &&
          std::equal(lower_case_word.begin(), lower_case_word.end(), text,
-                    [](char expected, char c) { return expected == to_lower(c); });
+                    [](char expected, char c) { return expected == base::to_lower(c); });
 }
 
 struct Digits {
@@ -165,8 +152,8 @@ Magnitude read_hexadecimal(const char* begin, const char* end) {
       point = text;
       continue;
     }
-    const int value = hexadecimal_value(*text);
-    if (value < 0) break;
+    const int value = base::hex_digit_value(*text);
+    if (value == base::kNoHexDigit) break;
     any_digit = true;
     if (significand >> 60 == 0) {
       significand = significand << 4 | static_cast<uint64_t>(value);
@@ -192,9 +179,8 @@ Magnitude read_word(const char* text, const char* end) {
   if (!starts_with(text, end, "nan")) return kNoNumber;
   text += 3;
   if (text != end && *text == '(') {
-    const char* const close = std::find_if_not(text + 1, end, [](char c) {
-      return is_digit(c) || c == '_' || (to_lower(c) >= 'a' && to_lower(c) <= 'z');
-    });
+    const char* const close = std::find_if_not(
+        text + 1, end, [](char c) { return is_digit(c) || base::is_letter(c) || c == '_'; });
     if (close != end && *close == ')') text = close + 1;
   }
   return {kQuietNanBits, text, FloatRange::kWithin};
@@ -221,7 +207,7 @@ PlainFloat read_plain_float(const char* begin, const char* end) {
 
 FloatParse parse_float(const char* begin, const char* end) {
   const char* text = begin;
-  while (text != end && is_space(*text)) ++text;
+  while (text != end && base::is_space(*text)) ++text;
   const bool negative = text != end && *text == '-';
   if (text != end && (*text == '-' || *text == '+')) ++text;
   const Magnitude number = read_magnitude(text, end);

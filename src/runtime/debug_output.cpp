@@ -7,6 +7,8 @@
 #include <cstring>
 #include <string_view>
 
+#include "base/ascii.hpp"
+
 namespace tvx::runtime {
 namespace {
 
@@ -62,7 +64,7 @@ public:
 private:
   // Digits, maybe none; false when they make no int.
   static bool read_number(const char*& at, int& number) {
-    for (; *at >= '0' && *at <= '9'; ++at) {
+    for (; base::is_digit(*at); ++at) {
       if (__builtin_mul_overflow(number, 10, &number) ||
           __builtin_add_overflow(number, *at - '0', &number)) {
         return false;

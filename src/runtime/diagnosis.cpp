@@ -12,6 +12,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "os/signals.hpp"
 #include "runtime/debug_output.hpp"
 #include "runtime/fatal.hpp"
 
@@ -24,20 +25,13 @@ namespace {
 constexpr int32_t kAbortForGood = 1;
 std::atomic<int32_t> abort_mode{kAbortForGood};
 
-void unblock_abort_signal() {
-  sigset_t abort_only;
-  sigemptyset(&abort_only);
-  sigaddset(&abort_only, SIGABRT);
-  pthread_sigmask(SIG_UNBLOCK, &abort_only, nullptr);
-}
-
 [[noreturn]] void stop() {
   if (abort_mode.load(std::memory_order_relaxed) == kAbortForGood) {
     std::fclose(stderr);
     std::signal(SIGABRT, SIG_DFL);
   } else {
     std::fflush(stderr);
-    unblock_abort_signal();
+    os::unblock_abort_signal();
     std::raise(SIGABRT);
     std::signal(SIGABRT, SIG_DFL);  // a handler that returned does not bring the call back
   }

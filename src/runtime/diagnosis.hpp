@@ -29,8 +29,7 @@ inline void require_pointer(const void* pointer, const char* file = __builtin_FI
 }
 
 inline void require_pointers(std::initializer_list<const void*> pointers,
-                             const char* file = __builtin_FILE(),
-                             int32_t line = __builtin_LINE()) {
+                             const char* file = __builtin_FILE(), int32_t line = __builtin_LINE()) {
 #pragma GCC unroll 8
   for (const void* const pointer : pointers) require_pointer(pointer, file, line);
 }

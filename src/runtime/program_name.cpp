@@ -3,20 +3,13 @@
 #include <algorithm>
 #include <string_view>
 
+#include "base/ascii.hpp"
 #include "os/program_name.hpp"
 
 namespace tvx::runtime {
 namespace {
 
 constexpr size_t kLongestPath = 259;
-
-constexpr char to_lower(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-constexpr char to_upper(char c) {
-  return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-}
 
 }  // namespace
 
@@ -29,9 +22,9 @@ bool program_name(std::span<char> buffer, LetterCase letter_case) {
 
   char* const end = buffer.data() + name.copy(buffer.data(), buffer.size() - 1);
   if (letter_case == LetterCase::kLower)
-    std::transform(buffer.data(), end, buffer.data(), to_lower);
+    std::transform(buffer.data(), end, buffer.data(), base::to_lower);
   if (letter_case == LetterCase::kUpper)
-    std::transform(buffer.data(), end, buffer.data(), to_upper);
+    std::transform(buffer.data(), end, buffer.data(), base::to_upper);
   *end = '\0';
   return !name.empty();
 }

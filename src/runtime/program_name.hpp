@@ -1,7 +1,6 @@
 // What the running program is called.
 #pragma once
 
-#include <cstdint>
 #include <span>
 
 namespace tvx::runtime {

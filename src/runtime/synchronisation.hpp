@@ -5,7 +5,7 @@
 
 #include <atomic>
 #include <cstddef>
-#include <memory>
+#include <cstdint>
 #include <new>
 
 #include "os/os.hpp"
