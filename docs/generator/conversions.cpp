@@ -90,15 +90,15 @@ void print_routines(comn_context* context) {
 
 std::string form_name(Form form) {
   switch (form) {
-    case Form::fixed:
+    case Form::kFixed:
       return "fixed size";
-    case Form::bin:
+    case Form::kBin:
       return "bin family";
-    case Form::varbin:
+    case Form::kVarbinRecord:
       return "varbin";
-    case Form::text:
+    case Form::kText:
       return "char family";
-    case Form::varchar:
+    case Form::kVarcharRecord:
       return "varchar";
   }
   return "";

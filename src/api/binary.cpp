@@ -19,21 +19,21 @@ static_assert(sizeof(comn_locator) == 48 && sizeof(comn_locator_chunk) == 24);
 #define TO_BINARY(S)                                                 \
   TVX_EXPORT_CONVERSION(comn_##S##tobin, fixed_type_to_bin<type::S>) \
   TVX_EXPORT_CONVERSION(comn_##S##tovarbin, fixed_type_to_varbin<type::S>)
-#define FROM_BINARY(D)                                                           \
-  TVX_EXPORT_CONVERSION(comn_binto##D, binary_to_fixed_type<Form::bin, type::D>) \
-  TVX_EXPORT_CONVERSION(comn_varbinto##D, binary_to_fixed_type<Form::varbin, type::D>)
+#define FROM_BINARY(D)                                                            \
+  TVX_EXPORT_CONVERSION(comn_binto##D, binary_to_fixed_type<Form::kBin, type::D>) \
+  TVX_EXPORT_CONVERSION(comn_varbinto##D, binary_to_fixed_type<Form::kVarbinRecord, type::D>)
 #define CHECKED_FROM_BINARY(D)                                       \
   TVX_EXPORT_CONVERSION(comn_binto##D, bin_to_checked_type<type::D>) \
-  TVX_EXPORT_CONVERSION(comn_varbinto##D, binary_to_fixed_type<Form::varbin, type::D>)
+  TVX_EXPORT_CONVERSION(comn_varbinto##D, binary_to_fixed_type<Form::kVarbinRecord, type::D>)
 
 TVX_BINARY_SOURCES(TO_BINARY)
 TVX_BINARY_DESTINATIONS(FROM_BINARY)
 TVX_CHECKED_DESTINATIONS(CHECKED_FROM_BINARY)
 
-TVX_EXPORT_CONVERSION(comn_bintobit, binary_to_bit<Form::bin>)
-TVX_EXPORT_CONVERSION(comn_varbintobit, binary_to_bit<Form::varbin>)
-TVX_EXPORT_CONVERSION(comn_bintonum, binary_to_num<Form::bin>)
-TVX_EXPORT_CONVERSION(comn_varbintonum, binary_to_num<Form::varbin>)
+TVX_EXPORT_CONVERSION(comn_bintobit, binary_to_bit<Form::kBin>)
+TVX_EXPORT_CONVERSION(comn_varbintobit, binary_to_bit<Form::kVarbinRecord>)
+TVX_EXPORT_CONVERSION(comn_bintonum, binary_to_num<Form::kBin>)
+TVX_EXPORT_CONVERSION(comn_varbintonum, binary_to_num<Form::kVarbinRecord>)
 
 // A helper with a size.
 #define EXPORT_SIZED(name, function)                                                              \
@@ -46,30 +46,30 @@ TVX_EXPORT_CONVERSION(comn_varbintonum, binary_to_num<Form::varbin>)
 
 EXPORT_SIZED(comn_fixedtobin, checked_fixed_to_bin)
 EXPORT_SIZED(comn_fixedtovarbin, checked_fixed_to_varbin)
-EXPORT_SIZED(comn_bintofixed, checked_binary_to_fixed<Form::bin>)
-EXPORT_SIZED(comn_varbintofixed, checked_binary_to_fixed<Form::varbin>)
+EXPORT_SIZED(comn_bintofixed, checked_binary_to_fixed<Form::kBin>)
+EXPORT_SIZED(comn_varbintofixed, checked_binary_to_fixed<Form::kVarbinRecord>)
 
 // ---- Hexadecimal text --------------------------------------------------------------------------
 
-TVX_EXPORT_CONVERSION(comn_bintochar, binary_to_char<Form::bin>)
-TVX_EXPORT_CONVERSION(comn_bintovarchar, binary_to_varchar<Form::bin>)
-TVX_EXPORT_CONVERSION(comn_varbintochar, binary_to_char<Form::varbin>)
-TVX_EXPORT_CONVERSION(comn_varbintovarchar, binary_to_varchar<Form::varbin>)
-TVX_EXPORT_CONVERSION(comn_chartobin, text_to_bin<Form::text>)
+TVX_EXPORT_CONVERSION(comn_bintochar, binary_to_char<Form::kBin>)
+TVX_EXPORT_CONVERSION(comn_bintovarchar, binary_to_varchar<Form::kBin>)
+TVX_EXPORT_CONVERSION(comn_varbintochar, binary_to_char<Form::kVarbinRecord>)
+TVX_EXPORT_CONVERSION(comn_varbintovarchar, binary_to_varchar<Form::kVarbinRecord>)
+TVX_EXPORT_CONVERSION(comn_chartobin, text_to_bin<Form::kText>)
 TVX_EXPORT_CONVERSION(comn_chartovarbin, char_to_varbin)
-TVX_EXPORT_CONVERSION(comn_varchartobin, text_to_bin<Form::varchar>)
+TVX_EXPORT_CONVERSION(comn_varchartobin, text_to_bin<Form::kVarcharRecord>)
 TVX_EXPORT_CONVERSION(comn_varchartovarbin, varchar_to_varbin)
 
 // ---- Copies ------------------------------------------------------------------------------------
 
-TVX_EXPORT_CONVERSION(comn_bintobin, binary_to_bin<Form::bin>)
+TVX_EXPORT_CONVERSION(comn_bintobin, binary_to_bin<Form::kBin>)
 TVX_EXPORT_CONVERSION(comn_bintovarbin, bin_to_varbin)
-TVX_EXPORT_CONVERSION(comn_varbintobin, binary_to_bin<Form::varbin>)
+TVX_EXPORT_CONVERSION(comn_varbintobin, binary_to_bin<Form::kVarbinRecord>)
 TVX_EXPORT_CONVERSION(comn_varbintovarbin, varbin_to_varbin)
-TVX_EXPORT_CONVERSION(comn_chartochar, text_to_char<Form::text>)
-TVX_EXPORT_CONVERSION(comn_chartovarchar, text_to_varchar<Form::text>)
-TVX_EXPORT_CONVERSION(comn_varchartochar, text_to_char<Form::varchar>)
-TVX_EXPORT_CONVERSION(comn_varchartovarchar, text_to_varchar<Form::varchar>)
+TVX_EXPORT_CONVERSION(comn_chartochar, text_to_char<Form::kText>)
+TVX_EXPORT_CONVERSION(comn_chartovarchar, text_to_varchar<Form::kText>)
+TVX_EXPORT_CONVERSION(comn_varchartochar, text_to_char<Form::kVarcharRecord>)
+TVX_EXPORT_CONVERSION(comn_varchartovarchar, text_to_varchar<Form::kVarcharRecord>)
 
 // ---- Locators ----------------------------------------------------------------------------------
 

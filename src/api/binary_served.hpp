@@ -30,11 +30,12 @@ namespace tvx::api {
 #define TVX_FROM_BINARY(D)                                                                  \
   Served{convert::kBinFamily, convert::destination_codes<convert::type::D>, comn_binto##D}, \
       Served{convert::kVarbin, convert::destination_codes<convert::type::D>, comn_varbinto##D},
-#define TVX_BIG_FROM_BINARY(D)                                                              \
-  Served{convert::kBinFamily, convert::type::D::codes,                                      \
-         traced_call<convert::binary_to_fixed_type<convert::Form::bin, convert::type::D>>}, \
-      Served{convert::kVarbin, convert::type::D::codes,                                     \
-             traced_call<convert::binary_to_fixed_type<convert::Form::varbin, convert::type::D>>},
+#define TVX_BIG_FROM_BINARY(D)                                                               \
+  Served{convert::kBinFamily, convert::type::D::codes,                                       \
+         traced_call<convert::binary_to_fixed_type<convert::Form::kBin, convert::type::D>>}, \
+      Served{convert::kVarbin, convert::type::D::codes,                                      \
+             traced_call<                                                                    \
+                 convert::binary_to_fixed_type<convert::Form::kVarbinRecord, convert::type::D>>},
 
 inline constexpr std::array kFixedBinaryServed{
     TVX_BINARY_SOURCES(TVX_TO_BINARY)          //

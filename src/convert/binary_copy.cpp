@@ -58,7 +58,7 @@ Text bin_source(const BareCall& call) {
 // ---- Sizes given at run time -------------------------------------------------------------------
 
 int32_t fixed_to_bin(const Call& call, int32_t size) {
-  return copy_to_bin(call, fixed_source(call, size), kMisfit<Form::fixed, Form::bin>.too_long);
+  return copy_to_bin(call, fixed_source(call, size), kMisfit<Form::kFixed, Form::kBin>.too_long);
 }
 
 int32_t fixed_to_varbin(const Call& call, int32_t size) {
@@ -68,7 +68,7 @@ int32_t fixed_to_varbin(const Call& call, int32_t size) {
 template <Form source>
 int32_t binary_to_fixed(const Call& call, int32_t size) {
   return copy_to_fixed(source_of<source>(call), call.destination, size,
-                       kMisfit<source, Form::fixed>, *call.output_length);
+                       kMisfit<source, Form::kFixed>, *call.output_length);
 }
 
 // A fixed-size value may be of any code, one of the caller's included.
@@ -112,7 +112,7 @@ int32_t binary_to_num(const Call& call) {
   record[0] = static_cast<uint8_t>(format.precision);
   record[1] = static_cast<uint8_t>(format.scale);
   const int32_t code = copy_to_fixed(bytes, record + kNumericHeader, kNumericField,
-                                     kMisfit<source, Form::fixed>, *call.output_length);
+                                     kMisfit<source, Form::kFixed>, *call.output_length);
   *call.output_length = sizeof(comn_numeric);
   return code;
 }
@@ -120,12 +120,12 @@ int32_t binary_to_num(const Call& call) {
 template <Form source>
 int32_t binary_to_bin(const Call& call) {
   call.require_codes(codes_of(source), kBinFamily);
-  return copy_to_bin(call, source_of<source>(call), kMisfit<source, Form::bin>.too_long);
+  return copy_to_bin(call, source_of<source>(call), kMisfit<source, Form::kBin>.too_long);
 }
 
 int32_t bin_to_varbin(const Call& call) {
   call.require_codes(kBinFamily, kVarbin);
-  return copy_to_varbin(call, char_source(call), kMisfit<Form::bin, Form::varbin>.too_long);
+  return copy_to_varbin(call, char_source(call), kMisfit<Form::kBin, Form::kVarbinRecord>.too_long);
 }
 
 // The whole record, with what is behind its data.
@@ -143,8 +143,8 @@ int32_t varbin_to_varbin(const Call& call) {
   template int32_t binary_to_bit<source>(const Call&);                    \
   template int32_t binary_to_num<source>(const Call&);                    \
   template int32_t binary_to_bin<source>(const Call&);
-INSTANTIATE(Form::bin)
-INSTANTIATE(Form::varbin)
+INSTANTIATE(Form::kBin)
+INSTANTIATE(Form::kVarbinRecord)
 #undef INSTANTIATE
 
 // ---- The bare layer ----------------------------------------------------------------------------
@@ -152,7 +152,7 @@ INSTANTIATE(Form::varbin)
 int32_t bare_bin_to_fixed(const BareCall& call, int32_t size) {
   call.require_data();
   return copy_to_fixed(bin_source(call), call.destination->data, size,
-                       kMisfit<Form::bin, Form::fixed>, call.destination->length);
+                       kMisfit<Form::kBin, Form::kFixed>, call.destination->length);
 }
 
 int32_t bare_bin_to_bit(const BareCall& call) {

@@ -93,7 +93,7 @@ int32_t check_range(const void* value, int32_t code, int32_t& length) {
 
 template <class Fixed>
 int32_t bin_to_checked_type(const Call& call) {
-  const int32_t code = binary_to_fixed_type<Form::bin, Fixed>(call);
+  const int32_t code = binary_to_fixed_type<Form::kBin, Fixed>(call);
   return check_range<Fixed>(call.destination, code, *call.output_length);
 }
 

@@ -19,7 +19,7 @@ struct Delivered {
 };
 
 [[nodiscard]] constexpr int32_t code_of_copy(bool is_cut) {
-  return is_cut ? kMisfit<Form::text, Form::text>.too_long : CS_SUCCEED;
+  return is_cut ? kMisfit<Form::kText, Form::kText>.too_long : CS_SUCCEED;
 }
 
 // ---- Without formats; a null record means single-byte text -------------------------------------
@@ -92,7 +92,7 @@ int32_t text_to_char(const Call& call) {
   const Text text = source_of<source_form>(call);
   const int32_t capacity = destination_capacity(call);
   auto* const out = static_cast<char*>(call.destination);
-  const Delivered delivered = source_form == Form::text
+  const Delivered delivered = source_form == Form::kText
                                   ? put_text(call, text, out, capacity)
                                   : copy_characters(common_attributes(call), text, out, capacity);
   return complete_copy(call, delivered);

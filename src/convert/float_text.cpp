@@ -78,11 +78,11 @@ Reading<type::flt8> read_flt8(Text text, const com_charattr* attributes) {
 FloatText::FloatText(double value, NegativeZero zero, WholeNumber whole) : begin_(buffer_) {
   constexpr size_t marker = 2;  // ".0"
   static_assert(numeric::kGeneral17Bytes + marker <= kCapacity);
-  if (value == 0 && zero == NegativeZero::is_zero) value = 0.0;
+  if (value == 0 && zero == NegativeZero::kIsZero) value = 0.0;
   char* end = numeric::write_general17(value, buffer_);
   const bool has_mark = std::any_of(
       buffer_, end, [](char character) { return character == '.' || character == 'e'; });
-  if (!has_mark && whole == WholeNumber::has_point) {
+  if (!has_mark && whole == WholeNumber::kHasPoint) {
     *end++ = '.';
     *end++ = '0';
   } else if (has_mark && buffer_[0] == '0' && buffer_[1] == '.') {

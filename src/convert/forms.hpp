@@ -8,33 +8,33 @@
 
 namespace tvx::convert {
 
-enum class Form { fixed, bin, varbin, text, varchar };
+enum class Form { kFixed, kBin, kVarbinRecord, kText, kVarcharRecord };
 
 // A fixed-size value has the code of its own type.
 [[nodiscard]] constexpr CodeSet codes_of(Form form) {
   switch (form) {
-    case Form::bin:
+    case Form::kBin:
       return kBinFamily;
-    case Form::varbin:
+    case Form::kVarbinRecord:
       return kVarbin;
-    case Form::text:
+    case Form::kText:
       return kCharFamily;
-    case Form::varchar:
+    case Form::kVarcharRecord:
       return kVarchar;
-    case Form::fixed:
+    case Form::kFixed:
       break;
   }
   return {};
 }
 
 [[nodiscard]] constexpr bool is_record(Form form) {
-  return form == Form::varbin || form == Form::varchar;
+  return form == Form::kVarbinRecord || form == Form::kVarcharRecord;
 }
 
 // The bytes of a source that is not of fixed size.
 template <Form form>
 [[nodiscard]] Text source_of(const Call& call) {
-  static_assert(form != Form::fixed);
+  static_assert(form != Form::kFixed);
   return is_record(form) ? varchar_source(call) : char_source(call);
 }
 
@@ -58,24 +58,24 @@ struct Misfit {
 };
 
 inline constexpr std::array kMisfits{
-    Misfit{Form::fixed, Form::bin, CS_CONV_TRUNCATED},
-    Misfit{Form::bin, Form::fixed, CS_CONV_TRUNCATED, CS_CONV_UNDERFLOW},
-    Misfit{Form::bin, Form::bin, CS_CONV_TRUNCATED},
-    Misfit{Form::bin, Form::varbin, CS_CONV_TRUNCATED},
-    Misfit{Form::bin, Form::text, CS_CONV_TRUNCATED},
-    Misfit{Form::bin, Form::varchar, CS_CONV_TRUNCATED},
-    Misfit{Form::varbin, Form::fixed, CS_CONV_OVERFLOW, CS_CONV_UNDERFLOW},
-    Misfit{Form::varbin, Form::bin, CS_CONV_OVERFLOW},
-    Misfit{Form::varbin, Form::text, CS_CONV_OVERFLOW},
-    Misfit{Form::varbin, Form::varchar, CS_CONV_OVERFLOW},
-    Misfit{Form::text, Form::bin, CS_CONV_TRUNCATED},
-    Misfit{Form::text, Form::varbin, CS_CONV_TRUNCATED},
-    Misfit{Form::text, Form::text, CS_CONV_TRUNCATED},
-    Misfit{Form::text, Form::varchar, CS_CONV_TRUNCATED},
-    Misfit{Form::varchar, Form::bin, CS_CONV_OVERFLOW},
-    Misfit{Form::varchar, Form::varbin, CS_CONV_OVERFLOW},
-    Misfit{Form::varchar, Form::text, CS_CONV_TRUNCATED},
-    Misfit{Form::varchar, Form::varchar, CS_CONV_TRUNCATED},
+    Misfit{Form::kFixed, Form::kBin, CS_CONV_TRUNCATED},
+    Misfit{Form::kBin, Form::kFixed, CS_CONV_TRUNCATED, CS_CONV_UNDERFLOW},
+    Misfit{Form::kBin, Form::kBin, CS_CONV_TRUNCATED},
+    Misfit{Form::kBin, Form::kVarbinRecord, CS_CONV_TRUNCATED},
+    Misfit{Form::kBin, Form::kText, CS_CONV_TRUNCATED},
+    Misfit{Form::kBin, Form::kVarcharRecord, CS_CONV_TRUNCATED},
+    Misfit{Form::kVarbinRecord, Form::kFixed, CS_CONV_OVERFLOW, CS_CONV_UNDERFLOW},
+    Misfit{Form::kVarbinRecord, Form::kBin, CS_CONV_OVERFLOW},
+    Misfit{Form::kVarbinRecord, Form::kText, CS_CONV_OVERFLOW},
+    Misfit{Form::kVarbinRecord, Form::kVarcharRecord, CS_CONV_OVERFLOW},
+    Misfit{Form::kText, Form::kBin, CS_CONV_TRUNCATED},
+    Misfit{Form::kText, Form::kVarbinRecord, CS_CONV_TRUNCATED},
+    Misfit{Form::kText, Form::kText, CS_CONV_TRUNCATED},
+    Misfit{Form::kText, Form::kVarcharRecord, CS_CONV_TRUNCATED},
+    Misfit{Form::kVarcharRecord, Form::kBin, CS_CONV_OVERFLOW},
+    Misfit{Form::kVarcharRecord, Form::kVarbinRecord, CS_CONV_OVERFLOW},
+    Misfit{Form::kVarcharRecord, Form::kText, CS_CONV_TRUNCATED},
+    Misfit{Form::kVarcharRecord, Form::kVarcharRecord, CS_CONV_TRUNCATED},
 };
 
 // A pair that is not in the table does not compile.

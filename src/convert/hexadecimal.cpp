@@ -23,7 +23,7 @@ void write_digits(Text bytes, int32_t count, void* digits) {
 template <Form source>
 HexReading read_into_record(const Call& call) {
   const auto reading = read_hex_digits(hex_digits(source_of<source>(call)), record_data(call),
-                                       kVarDataSize, kMisfit<source, Form::varbin>.too_long);
+                                       kVarDataSize, kMisfit<source, Form::kVarbinRecord>.too_long);
   end_record(call, reading.length);
   if (reading.code == CS_CONV_SYNTAX) *call.output_length = 0;
   return reading;
@@ -76,7 +76,7 @@ int32_t deliver_hex_text(const Call& call, Text bytes, int32_t too_long) {
 template <Form source>
 int32_t binary_to_char(const Call& call) {
   call.require_codes(codes_of(source), kCharFamily);
-  return deliver_hex_text(call, source_of<source>(call), kMisfit<source, Form::text>.too_long);
+  return deliver_hex_text(call, source_of<source>(call), kMisfit<source, Form::kText>.too_long);
 }
 
 template <Form source>
@@ -86,7 +86,7 @@ int32_t binary_to_varchar(const Call& call) {
   const int32_t count = std::min(bytes.length, kVarDataSize / 2);
   write_digits(bytes, count, record_data(call));
   end_record(call, 2 * count);
-  return count < bytes.length ? kMisfit<source, Form::varchar>.too_long : CS_SUCCEED;
+  return count < bytes.length ? kMisfit<source, Form::kVarcharRecord>.too_long : CS_SUCCEED;
 }
 
 template <Form source>
@@ -95,7 +95,7 @@ int32_t text_to_bin(const Call& call) {
   const Text text = source_of<source>(call);
   const auto reading =
       read_hex_digits(hex_digits(text), static_cast<uint8_t*>(call.destination),
-                      destination_capacity(call), kMisfit<source, Form::bin>.too_long);
+                      destination_capacity(call), kMisfit<source, Form::kBin>.too_long);
   *call.output_length = reading.length;
   if (reading.code != CS_SUCCEED) return reading.code;
   return complete_binary(*call.destination_format, call.destination, *call.output_length);
@@ -103,22 +103,22 @@ int32_t text_to_bin(const Call& call) {
 
 int32_t char_to_varbin(const Call& call) {
   call.require_codes(kCharFamily, kVarbin);
-  return read_into_record<Form::text>(call).code;
+  return read_into_record<Form::kText>(call).code;
 }
 
 int32_t varchar_to_varbin(const Call& call) {
   call.require_codes(kVarchar, kVarbin);
   const int32_t capacity = destination_capacity(call);
-  const auto reading = read_into_record<Form::varchar>(call);
+  const auto reading = read_into_record<Form::kVarcharRecord>(call);
   if (reading.code != CS_SUCCEED) return reading.code;
   return reading.length < capacity ? CS_SUCCEED : CS_CONV_OVERFLOW;
 }
 
-template int32_t binary_to_char<Form::bin>(const Call&);
-template int32_t binary_to_char<Form::varbin>(const Call&);
-template int32_t binary_to_varchar<Form::bin>(const Call&);
-template int32_t binary_to_varchar<Form::varbin>(const Call&);
-template int32_t text_to_bin<Form::text>(const Call&);
-template int32_t text_to_bin<Form::varchar>(const Call&);
+template int32_t binary_to_char<Form::kBin>(const Call&);
+template int32_t binary_to_char<Form::kVarbinRecord>(const Call&);
+template int32_t binary_to_varchar<Form::kBin>(const Call&);
+template int32_t binary_to_varchar<Form::kVarbinRecord>(const Call&);
+template int32_t text_to_bin<Form::kText>(const Call&);
+template int32_t text_to_bin<Form::kVarcharRecord>(const Call&);
 
 }  // namespace tvx::convert

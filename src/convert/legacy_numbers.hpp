@@ -34,8 +34,8 @@ template <class Source, class Kind>
 int32_t float_to_text(const LegacyCall& call, int32_t leaves_out_point) {
   if (call.is_empty()) return kNothing;
   const auto value = base::load<Value<Source>>(call.source);
-  const auto whole = leaves_out_point != 0 ? WholeNumber::is_plain : WholeNumber::has_point;
-  return deliver_number<Kind>(call, FloatText(value, NegativeZero::keeps_sign, whole));
+  const auto whole = leaves_out_point != 0 ? WholeNumber::kIsPlain : WholeNumber::kHasPoint;
+  return deliver_number<Kind>(call, FloatText(value, NegativeZero::kKeepsSign, whole));
 }
 
 // Two digits behind the point, no commas.

@@ -74,7 +74,7 @@ int32_t char_to_locator(const Call& call) {
   as_bin.maxlength = room;
   Block data = allocate(room);
   if (data == nullptr) return CS_MEM_ERROR;
-  const int32_t code = text_to_bin<Form::text>(
+  const int32_t code = text_to_bin<Form::kText>(
       {call.context, call.source_format, call.source, &as_bin, data.get(), call.output_length});
   if (code != CS_SUCCEED) return code;
   set_data(locator, std::move(data), *call.output_length, call.destination_format->datatype);
@@ -86,7 +86,7 @@ int32_t locator_to_char(const Call& call) {
   require_length(*call.source_format);
   const auto& locator = *static_cast<const comn_locator*>(call.source);
   if (!is_valid(locator)) return CS_FAIL;
-  return deliver_hex_text(call, data_of(locator), kMisfit<Form::bin, Form::text>.too_long);
+  return deliver_hex_text(call, data_of(locator), kMisfit<Form::kBin, Form::kText>.too_long);
 }
 
 int32_t locator_to_locator(const Call& call) {
@@ -150,7 +150,7 @@ namespace {
 Delivered put_bytes(const Call&, Text chunk, char* out, int32_t capacity) {
   const int32_t length = std::min(chunk.length, capacity);
   std::memcpy(out, chunk.data, static_cast<size_t>(length));
-  return {length, length < chunk.length ? kMisfit<Form::bin, Form::bin>.too_long : CS_SUCCEED};
+  return {length, length < chunk.length ? kMisfit<Form::kBin, Form::kBin>.too_long : CS_SUCCEED};
 }
 
 int32_t complete_bytes(const Call& call, Delivered delivered) {

@@ -88,7 +88,7 @@ int32_t deliver_money_num(const Call& call, Money amount) {
   const int32_t bad_type = check_type(wanted, false);
   if (bad_type != CS_SUCCEED) return bad_type;
   const auto [value, code] = numeric_of(amount, wanted);
-  return store_result(call, value, code, Reported::whole_record);
+  return store_result(call, value, code, Reported::kWholeRecord);
 }
 
 int32_t deliver_bare_money_num(const BareCall& call, Money amount) {

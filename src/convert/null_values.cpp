@@ -13,7 +13,7 @@ namespace tvx::convert {
 namespace {
 
 // The step that follows a delivered null value.
-enum class Step : int32_t { text = 1, binary = 2, none = 3, utf16 = 4 };
+enum class Step : int32_t { kText = 1, kBinary = 2, kNone = 3, kUtf16 = 4 };
 
 // The built-in null value of a code: a few leading bytes, then zeros.
 struct Default {
@@ -26,23 +26,23 @@ constexpr Default empty(Step step) {
   return {0, step, {}};
 }
 constexpr Default zeros(int32_t length) {
-  return {length, Step::none, {}};
+  return {length, Step::kNone, {}};
 }
 
-constexpr Default kNumericNull{35, Step::none, {18}};  // precision 18
+constexpr Default kNumericNull{35, Step::kNone, {18}};  // precision 18
 // A locator record begins with the marker of a valid one, -779.
-constexpr Default kLocatorNull{48, Step::none, {0xF5, 0xFC, 0xFF, 0xFF}};
-constexpr Default kUnicodeNull{1, Step::utf16, {}};
+constexpr Default kLocatorNull{48, Step::kNone, {0xF5, 0xFC, 0xFF, 0xFF}};
+constexpr Default kUnicodeNull{1, Step::kUtf16, {}};
 // The 4-byte date and money types have more bytes than they store; delivery is cut to the caller's.
 constexpr Default kShortNull = zeros(8);
 
 constexpr std::array<Default, kDatatypes> kDefaults{
-    /*  0 char */ empty(Step::text),
-    /*  1 bin */ empty(Step::text),
-    /*  2 char2 */ empty(Step::binary),
-    /*  3 bin3 */ empty(Step::binary),
-    /*  4 text */ empty(Step::text),
-    /*  5 image */ empty(Step::binary),
+    /*  0 char */ empty(Step::kText),
+    /*  1 bin */ empty(Step::kText),
+    /*  2 char2 */ empty(Step::kBinary),
+    /*  3 bin3 */ empty(Step::kBinary),
+    /*  4 text */ empty(Step::kText),
+    /*  5 image */ empty(Step::kBinary),
     /*  6 i1 */ zeros(1),
     /*  7 i2 */ zeros(2),
     /*  8 i4 */ zeros(4),
@@ -58,8 +58,8 @@ constexpr std::array<Default, kDatatypes> kDefaults{
     /* 18 varchar */ zeros(258),
     /* 19 varbin */ zeros(258),
     /* 20 int20 */ zeros(8),
-    /* 21 char21 */ empty(Step::text),
-    /* 22 char22 */ empty(Step::text),
+    /* 21 char21 */ empty(Step::kText),
+    /* 22 char22 */ empty(Step::kText),
     /* 23 null23 */ zeros(4),
     /* 24 */ zeros(2),
     /* 25 unichar */ kUnicodeNull,
@@ -71,7 +71,7 @@ constexpr std::array<Default, kDatatypes> kDefaults{
     /* 31 ui2 */ zeros(2),
     /* 32 ui4 */ zeros(4),
     /* 33 ui8 */ zeros(8),
-    /* 34 char34 */ empty(Step::text),
+    /* 34 char34 */ empty(Step::kText),
     /* 35 bigdatetime */ zeros(8),
     /* 36 bigtime */ zeros(8),
     /* 37 locator37 */ kLocatorNull,
@@ -168,15 +168,15 @@ int32_t deliver_from_table(const TableEntry& entry, const comn_datafmt& format,
   output_length = std::min(maximum_length, wanted);
   copy_padded(destination, output_length, entry.value);
 
-  if (entry.step != Step::none) runtime::require(format.maxlength >= 0);
+  if (entry.step != Step::kNone) runtime::require(format.maxlength >= 0);
   switch (entry.step) {
-    case Step::text:
+    case Step::kText:
       return complete_text(format, output_length, destination, output_length);
-    case Step::binary:
+    case Step::kBinary:
       return complete_binary(format, destination, output_length);
-    case Step::utf16:
+    case Step::kUtf16:
       return complete_utf16(format, output_length, destination, output_length);
-    case Step::none:
+    case Step::kNone:
       break;
   }
   if (numeric) {

@@ -161,14 +161,14 @@ int32_t bare_text_to_number(const BareCall& call) {
 
 // ---- Writing -----------------------------------------------------------------------------------
 
-enum class NegativeZero { is_zero, keeps_sign };
-enum class WholeNumber { has_point, is_plain };
+enum class NegativeZero { kIsZero, kKeepsSign };
+enum class WholeNumber { kHasPoint, kIsPlain };
 
 // The text of a float: "%.17g" without a leading zero before the point, ".0" after digits alone.
 class FloatText {
 public:
-  explicit FloatText(double value, NegativeZero zero = NegativeZero::is_zero,
-                     WholeNumber whole = WholeNumber::has_point);
+  explicit FloatText(double value, NegativeZero zero = NegativeZero::kIsZero,
+                     WholeNumber whole = WholeNumber::kHasPoint);
   [[nodiscard]] int length() const { return static_cast<int>(end_ - begin_); }
   void write(char* out) const { std::copy(begin_, end_, out); }
 

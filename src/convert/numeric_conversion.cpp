@@ -122,7 +122,7 @@ NumericSource load_source(const BareCall& call) {
 int32_t store_result(const Call& call, const Decimal& value, int32_t code, Reported reported) {
   auto& record = *static_cast<comn_numeric*>(call.destination);  // bytes only: any address will do
   *call.output_length = numeric::record_length(value.precision);
-  if (reported == Reported::whole_record) {
+  if (reported == Reported::kWholeRecord) {
     record = {};
     *call.output_length = sizeof record;
   }
@@ -162,7 +162,7 @@ int32_t num_to_num(const Call& call) {
                          wanted(format.scale, value.scale)};
   const int32_t code = retype(value, type);
   if (code == CS_CONV_OVERFLOW) value = {{}, type.precision, type.scale, false};
-  return store_result(call, value, code, Reported::used_bytes);
+  return store_result(call, value, code, Reported::kUsedBytes);
 }
 
 int32_t bare_num_to_num(const BareCall& call) {

@@ -58,7 +58,7 @@ struct NumericSource {
 // Stores a value, whose precision and scale are the destination's, and returns `code`; zero digits
 // and CS_CONV_OVERFLOW when it has too many digits. The output length is that of the record's bytes
 // in use, or the whole record's.
-enum class Reported { used_bytes, whole_record };
+enum class Reported { kUsedBytes, kWholeRecord };
 int32_t store_result(const Call& call, const numeric::Decimal& value, int32_t code,
                      Reported reported);
 int32_t store_result(const BareCall& call, const numeric::Decimal& value, int32_t code);
@@ -101,7 +101,7 @@ int32_t scalar_to_num(const Call& call) {
   if (is_left_open) wanted = kTypeOfEightBytes;
   numeric::Decimal value;
   const bool fits = build_numeric<Source>(number, wanted, value);
-  return store_result(call, value, fits ? CS_SUCCEED : CS_CONV_OVERFLOW, Reported::whole_record);
+  return store_result(call, value, fits ? CS_SUCCEED : CS_CONV_OVERFLOW, Reported::kWholeRecord);
 }
 
 template <class Source>

@@ -42,7 +42,8 @@ Outcome bare_field(const std::string& text, int32_t capacity, uint32_t flags) {
   return complete(field, size_of(text), capacity, flags);
 }
 
-TEST(Completion, Steps) {
+// The reference itself, by examples worked by hand.
+TEST(Completion, ReferenceSteps) {
   const Outcome rows[][2] = {
       {complete(delivered("NULL", 3), 3, 3, T), {kOver, 3, "NU\0"s}},
       {complete(delivered("NULL", 4), 4, 4, B | Z), {kBad, 4, "NULL"}},

@@ -19,6 +19,7 @@
 #include <tuple>
 #include <utility>
 
+#include "support/scratch_directory.hpp"
 #include "tvxcomn/tvxcomn.h"
 
 namespace {
@@ -37,21 +38,17 @@ std::string contents(const char* path) {
 // afterwards.
 class Diagnosis : public testing::Test {
 public:
-  Diagnosis() {
-    if (mkdtemp(directory_.data()) == nullptr) ADD_FAILURE() << "no directory " << directory_;
-    fs::current_path(directory_);
-  }
+  Diagnosis() { fs::current_path(directory_.path()); }
   ~Diagnosis() override {
     com_errset(1);
     com_toggle_abort(1);
     comn_debug_setfile(nullptr, nullptr, 0);
     fs::current_path(before_);
-    fs::remove_all(directory_);
   }
 
 private:
   const fs::path before_ = fs::current_path();
-  std::string directory_ = fs::temp_directory_path().string() + "/diagnosis_XXXXXX";
+  const tvx::test::ScratchDirectory directory_;
 };
 
 // ---- The fatal path -----------------------------------------------------------------------------

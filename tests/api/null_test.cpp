@@ -3,7 +3,6 @@
 #include "tvxcomn/null.h"
 
 #include <climits>
-#include <cmath>
 #include <tuple>
 #include <utility>
 #include <vector>
@@ -146,22 +145,6 @@ TEST_F(Null, AsASourceGivesTheValueOfTheDestination) {
       if (code == TVX_TYPE_NULL23) expected = {CS_SUCCEED, kNoLength, delivered("", room).bytes};
       EXPECT_EQ(convert(format_of(TVX_TYPE_NULL23), "", to), expected) << code << ", " << maxlength;
     }
-}
-
-// The bytes of 10^digits - 1; 10^digits itself takes as many.
-int bytes_of_nines(int digits) {
-  return static_cast<int>(std::ceil(digits * std::log2(10.0) / 8));
-}
-
-TEST(NumericTables, DigitsAndBytes) {
-  EXPECT_EQ(2, comb_get_Prec_To_Len(0));
-  for (int precision = 1; precision <= 77; ++precision)
-    EXPECT_EQ(1 + bytes_of_nines(precision), comb_get_Prec_To_Len(precision)) << precision;
-  for (int index = 0; index < 35; ++index) {
-    int precision = 0;
-    while (bytes_of_nines(precision + 1) <= index + 1) ++precision;
-    EXPECT_EQ(index < 32 ? precision : 255, comb_get_Len_To_Prec(index)) << index;
-  }
 }
 
 }  // namespace

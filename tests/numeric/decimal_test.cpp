@@ -15,13 +15,18 @@ using namespace tvx::test;
 // ---- Tables ------------------------------------------------------------------------------------
 
 TEST(Decimal, TablesFollowTheirDefinition) {
-  for (int precision = 1; precision <= 77; ++precision)
+  for (int precision = 1; precision <= 77; ++precision) {
     EXPECT_EQ(comn_num_getlen(precision), field_length(precision)) << precision;
+    EXPECT_EQ(comb_get_Prec_To_Len(precision), field_length(precision)) << precision;
+  }
+  EXPECT_EQ(comb_get_Prec_To_Len(0), 2);
   for (int length = 2; length <= 33; ++length) {
     const int precision = comn_num_getprec(length);
     EXPECT_LE(field_length(precision), length);
     EXPECT_TRUE(precision == 77 || field_length(precision + 1) > length);
+    EXPECT_EQ(comb_get_Len_To_Prec(length - 2), precision);
   }
+  for (int index = 32; index < 35; ++index) EXPECT_EQ(comb_get_Len_To_Prec(index), 255);
   for (int exponent = 0; exponent <= 77; ++exponent) {
     const int length = comb_get_Byte_Power_val(exponent, 0);
     EXPECT_EQ(field_value(comb_get_Byte_Power_ptr(exponent, 1), length), ten_to(exponent));
