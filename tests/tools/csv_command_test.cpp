@@ -230,8 +230,9 @@ TEST(CsvRowLimit, IsExactAndKeepsRejectedRowsWhole) {
 }
 
 TEST(CsvRowLimit, BoundsMemory) {
-  // The hole makes many zero bytes without a copy in this process, whose size would count.
-  constexpr std::uintmax_t kHole = std::uintmax_t{128} << 20;
+  // The hole makes a quarter of a gigabyte of zero bytes without a copy in this process, whose size
+  // counts as the command's: it is up to 150 MiB with sanitizers.
+  constexpr std::uintmax_t kHole = std::uintmax_t{256} << 20;
   const ScratchDirectory scratch;
   const std::string input = scratch.write("in", "id,a\n1,\n2,\"");
   std::filesystem::resize_file(input, kHole);
@@ -242,7 +243,7 @@ TEST(CsvRowLimit, BoundsMemory) {
   EXPECT_EQ(scratch.read("out"), "id,a\n1,\n3,\n");
   EXPECT_EQ(std::filesystem::file_size(scratch.path("bad")), kHole - 8 + 2);
   expect_part(outcome.output, "row too long 1 first in row 3");
-  EXPECT_LT(outcome.peak_kib, 100 * 1024);
+  EXPECT_LT(outcome.peak_kib, 200 * 1024);
 }
 
 TEST(CsvFields, AsLongAsRowsMayBeAreSafe) {
