@@ -98,7 +98,7 @@ TEST(Threads, MayEndAsThreadsOfTheCLibrary) {
   const long blocks = live_blocks();
   const auto exit = [](void*) -> uint32_t { pthread_exit(nullptr); };
   const auto be_cancelled = [](void*) -> uint32_t {
-    pthread_cancel(pthread_self()), pause();
+    pthread_cancel(pthread_self()), pthread_testcancel();
     return 0;
   };
   for (comn_thread_routine* const routine : {+exit, +be_cancelled}) {
